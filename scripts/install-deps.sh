@@ -1,0 +1,16 @@
+#!/bin/sh
+# Installs the Debian packages that building, running and testing Brantok need.
+# Does nothing when every package is already there. Works as root or through sudo.
+set -e
+PKGS="g++ make cmake ninja-build pkg-config qt6-base-dev qt6-base-dev-tools qt6-serialport-dev libgl-dev \
+libgtest-dev libgmock-dev libbenchmark-dev"
+[ "$1" = "--run" ] && PKGS="$PKGS qt6-qpa-plugins"
+missing=""
+for p in $PKGS; do
+    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing="$missing $p"
+done
+[ -z "$missing" ] && exit 0
+echo "Installing:$missing"
+if [ "$(id -u)" -eq 0 ]; then SUDO=""; else SUDO="sudo"; fi
+$SUDO apt-get update -qq
+DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq --no-install-recommends $missing

@@ -1,0 +1,3 @@
+list(APPEND UI_SOURCES
+    src/platform/gui_hooks.cpp
+)

@@ -1,0 +1,73 @@
+#include "support/test_support.h"
+
+#include "core/logger.h"
+#include "core/vb.h"
+
+#include <QFile>
+
+#include <cstdlib>
+
+ScriptedBoxes::ScriptedBoxes()
+{
+    uiHooks().messageBox = [this](const QString &text, int32_t flags, const QString &title) -> int16_t {
+        m_shown.push_back({text, flags, title});
+        if (!m_answers.empty()) {
+            int16_t a = m_answers.front();
+            m_answers.pop_front();
+            return a;
+        }
+        switch (flags & 0x0F) {
+        case 2: return 3;
+        case 3: case 4: return 6;
+        case 5: return 4;
+        default: return 1;
+        }
+    };
+}
+
+ScriptedBoxes::~ScriptedBoxes() { ResetUiHooks(); }
+
+TrapRecorder::TrapRecorder() : m_boxes(std::make_unique<ScriptedBoxes>())
+{
+    uiHooks().endProcess = [this](int) {
+        m_reports << (m_boxes->shown().empty() ? QString() : m_boxes->last().text);
+        m_titles << (m_boxes->shown().empty() ? QString() : m_boxes->last().title);
+        throw TrapEnded();
+    };
+}
+
+TrapRecorder::~TrapRecorder() { ResetUiHooks(); }
+
+TempStore::TempStore()
+{
+    m_path = m_dir.path() + QStringLiteral("/Brantok.conf");
+    m_hadEnv = qEnvironmentVariableIsSet("BRANTOK_STORE");
+    m_oldEnv = qgetenv("BRANTOK_STORE");
+    qputenv("BRANTOK_STORE", m_path.toLocal8Bit());
+}
+
+TempStore::~TempStore()
+{
+    if (m_hadEnv)
+        qputenv("BRANTOK_STORE", m_oldEnv);
+    else
+        qunsetenv("BRANTOK_STORE");
+}
+
+void TempStore::writeRaw(const QByteArray &ini)
+{
+    QFile f(m_path);
+    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        f.write(ini);
+}
+
+QByteArray TempStore::readRaw() const
+{
+    QFile f(m_path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+QString ExpectedTrap(const char *module, const char *procedure, int number, const QString &description)
+{
+    return TrapReport(QString::fromLatin1(module), QString::fromLatin1(procedure), number, description);
+}
