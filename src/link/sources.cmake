@@ -1,1 +1,6 @@
-# Files of src/link
+# The controller link: protocol, spindle and door (Qt Core), the alarm window (widgets).
+list(APPEND CORE_SOURCES
+    src/link/link_screen.cpp
+    src/link/comms.cpp
+    src/link/spindle.cpp
+)
