@@ -8,4 +8,6 @@ list(APPEND CORE_SOURCES
 )
 list(APPEND UI_SOURCES
     src/platform/gui_hooks.cpp
+    src/platform/qt_serial_port.h
+    src/platform/qt_serial_port.cpp
 )
