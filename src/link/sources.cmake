@@ -4,3 +4,7 @@ list(APPEND CORE_SOURCES
     src/link/comms.cpp
     src/link/spindle.cpp
 )
+list(APPEND UI_SOURCES
+    src/link/frm_skull.h
+    src/link/frm_skull.cpp
+)
