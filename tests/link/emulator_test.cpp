@@ -144,3 +144,41 @@ TEST(Emulator, LostAndLateReplies)
     EXPECT_EQ(c.takeOutput(), QByteArray("A"));
     EXPECT_EQ(c.posX(), 2);
 }
+
+#include "platform/serial_port.h"
+
+TEST(SerialDevice, ComNamesMapToDevicesOrTheEmulator)
+{
+    struct Case {
+        int16_t port;
+        const char *env;        // BRANTOK_COMn, or null
+        const char *assumeDsr;  // BRANTOK_ASSUME_DSR, or null
+        const char *path;
+        bool emulator;
+        bool dsr;
+    } cases[] = {
+        {1, nullptr, nullptr, "/dev/ttyS0", false, false},
+        {2, nullptr, "1", "/dev/ttyS1", false, true},
+        {4, "/dev/ttyUSB0", nullptr, "/dev/ttyUSB0", false, false},
+        {3, "emulator", nullptr, "", true, false},
+        {1, " /dev/pts/7 ", "0", "/dev/pts/7", false, false},
+        {2, nullptr, "yes", "/dev/ttyS1", false, false},   // only "1" switches it on
+    };
+    for (const Case &c : cases) {
+        const QByteArray var = "BRANTOK_COM" + QByteArray::number(c.port);
+        if (c.env)
+            qputenv(var.constData(), c.env);
+        else
+            qunsetenv(var.constData());
+        if (c.assumeDsr)
+            qputenv("BRANTOK_ASSUME_DSR", c.assumeDsr);
+        else
+            qunsetenv("BRANTOK_ASSUME_DSR");
+        SerialDevice d = ResolveSerialDevice(c.port);
+        EXPECT_EQ(d.path, QString::fromLatin1(c.path)) << c.port;
+        EXPECT_EQ(d.emulator, c.emulator) << c.port;
+        EXPECT_EQ(d.assumeDsr, c.dsr) << c.port;
+        qunsetenv(var.constData());
+    }
+    qunsetenv("BRANTOK_ASSUME_DSR");
+}

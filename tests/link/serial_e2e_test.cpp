@@ -178,3 +178,23 @@ TEST(SerialEndToEnd, AMissingDeviceCannotOpen)
     EXPECT_TRUE(link.skullTexts[0].startsWith(
         QStringLiteral("An error occurred during initialization of the COM settings.\r\nCom Port 1 ")));
 }
+
+TEST(SerialEndToEnd, TheBuiltInEmulatorRunsOnTheRealClock)
+{
+    RealLink link(QStringLiteral("emulator"), false);
+    SetupComms();
+    ASSERT_TRUE(link.skullTexts.isEmpty());
+    EXPECT_EQ(link.panel[QStringLiteral("door")], QStringLiteral("Door Closed"));
+    for (int i = 0; i < 6; ++i) {
+        if (gintBuffersOut >= 2) {
+            ASSERT_TRUE(blnGetReplies(false));
+        }
+        SendFrame(RapidFrame(16));
+    }
+    ASSERT_TRUE(blnGetReplies(true));
+    SpindleStart();
+    EXPECT_TRUE(gblnSpindleOn);
+    SpindleStop();
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_TRUE(link.skullTexts.isEmpty());
+}
