@@ -21,7 +21,9 @@
 //     quit
 #include "platform/controller_emulator.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -57,15 +59,20 @@ void writeAll(int fd, const char *data, size_t n)
     }
 }
 
+// The worst time the emulator woke after one of its events was due (ns): a measure of how
+// much the machine's scheduler, not the PC program, delayed the emulated controller.
+int64_t g_maxLateNs = 0;
+
 void printStatus(const ControllerEmulator &c)
 {
     std::printf("pos %lld %lld %lld frames %lld received %lld held %d maxheld %d overflows %lld "
-                "dry %lld idle_ms %.3f dropped %lld badlen %lld resets %lld spindle %d door %d refused %lld\n",
+                "dry %lld idle_ms %.3f late_max_us %lld dropped %lld badlen %lld resets %lld spindle %d door %d refused %lld\n",
                 static_cast<long long>(c.posX()), static_cast<long long>(c.posY()),
                 static_cast<long long>(c.posZ()), static_cast<long long>(c.framesRun()),
                 static_cast<long long>(c.framesReceived()), c.framesHeld(), c.maxFramesHeld(),
                 static_cast<long long>(c.overflows()), static_cast<long long>(c.dryRuns()),
-                static_cast<double>(c.idleNs()) / 1e6, static_cast<long long>(c.droppedSteps()),
+                static_cast<double>(c.idleNs()) / 1e6, static_cast<long long>(g_maxLateNs / 1000),
+                static_cast<long long>(c.droppedSteps()),
                 static_cast<long long>(c.badLengthBytes()), static_cast<long long>(c.resets()),
                 c.spindleOn() ? 1 : 0, c.doorOpen() ? 1 : 0, static_cast<long long>(c.spindleRefused()));
     std::fflush(stdout);
@@ -158,7 +165,8 @@ int main(int argc, char **argv)
 
         // Sleep until the next event of the controller, or input.
         timespec timeout{0, 50'000'000};
-        if (auto next = c.nextEventNs()) {
+        const std::optional<int64_t> next = c.nextEventNs();
+        if (next) {
             int64_t wait = std::max<int64_t>(0, *next - monoNs());
             wait = std::min<int64_t>(wait, 50'000'000);
             timeout = {static_cast<time_t>(wait / 1'000'000'000), static_cast<long>(wait % 1'000'000'000)};
@@ -168,6 +176,8 @@ int main(int argc, char **argv)
         int r = ppoll(fds, static_cast<nfds_t>(nfds), &timeout, nullptr);
         if (r < 0 && errno != EINTR)
             break;
+        if (next)
+            g_maxLateNs = std::max(g_maxLateNs, monoNs() - *next);
         if (r <= 0)
             continue;
         if (fds[0].revents & POLLIN) {
