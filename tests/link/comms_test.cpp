@@ -382,3 +382,26 @@ TEST(Comms, DoorOpenedWhileCuttingStopsMotionAndRepliesD)
     EXPECT_FALSE(gblnSpindleOn);
     EXPECT_EQ(e.spindleRefused(), 1);
 }
+
+TEST(Comms, FaultsEndInTheTrapUnderTheProcedureName)
+{
+    struct Case {
+        const char *module;
+        const char *procedure;
+        std::function<void(ScriptPort &)> act;
+    } cases[] = {
+        {"frmSplash", "comSerial_OnComm", [](ScriptPort &p) { p.feed("A"); }},
+        {"frmSplash", "tmrOnline_Timer", [](ScriptPort &) { tmrOnline_Timer(); }},
+        {"modComms", "blnControllerAvailable", [](ScriptPort &) { blnControllerAvailable(); }},
+    };
+    for (const Case &c : cases) {
+        LinkWorld w;
+        w.useScriptPort = true;
+        w.goOnline();
+        TrapRecorder trap;
+        w.script->faultOnUse = true;
+        EXPECT_THROW(c.act(*w.script), TrapEnded) << c.procedure;
+        ASSERT_TRUE(trap.fired()) << c.procedure;
+        EXPECT_EQ(trap.report(), ExpectedTrap(c.module, c.procedure, 52, QStringLiteral("Bad file name or number")));
+    }
+}

@@ -7,6 +7,7 @@
 #include "core/logger.h"
 #include "core/state.h"
 #include "core/store.h"
+#include "core/vb.h"
 #include "link/comms.h"
 #include "link/link_screen.h"
 #include "platform/clock.h"
@@ -35,18 +36,31 @@ public:
     QString errorString() const override { return openError; }
     void write(const QByteArray &b) override { written.append(b); ++writes; }
     int64_t bytesToWrite() const override { return 0; }
-    QByteArray readAll() override { QByteArray r; r.swap(m_in); return r; }
+    QByteArray readAll() override
+    {
+        if (faultOnUse)
+            vb::Err(vb::kBadFileNumber);
+        QByteArray r;
+        r.swap(m_in);
+        return r;
+    }
     void setRts(bool high) override
     {
         rts << high;
         if (high && !resetAnswer.isEmpty())
             QTimer::singleShot(0, this, [this] { feed(resetAnswer); });
     }
-    bool dsr() override { return dsrState; }
+    bool dsr() override
+    {
+        if (faultOnUse)
+            vb::Err(vb::kBadFileNumber);
+        return dsrState;
+    }
     QString deviceName() const override { return QStringLiteral("script"); }
     // The controller sends these characters in one piece.
     void feed(const QByteArray &b) { m_in.append(b); emit received(); }
 
+    bool faultOnUse = false;        // reading or asking DSR raises a run-time fault
     QByteArray resetAnswer = "G";   // answered on RTS going high
     QByteArray written;
     int writes = 0;
