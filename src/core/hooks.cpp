@@ -48,8 +48,22 @@ UiHooks &uiHooks() { return instance(); }
 
 void ResetUiHooks() { instance() = consoleHooks(); }
 
+namespace {
+std::function<void()> &pumpHook()
+{
+    static std::function<void()> hook;
+    return hook;
+}
+} // namespace
+
+void SetPumpHook(std::function<void()> hook) { pumpHook() = std::move(hook); }
+
 void DoEvents()
 {
     if (QCoreApplication::instance())
         QCoreApplication::processEvents();
+    if (pumpHook()) {
+        auto hook = pumpHook();   // the hook may replace itself while it runs
+        hook();
+    }
 }

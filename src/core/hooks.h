@@ -33,3 +33,8 @@ void ResetUiHooks();
 
 // Lets queued events run: timers, the serial line, the operator's clicks.
 void DoEvents();
+
+// Called at the end of every DoEvents, after the queued events have run. Tests put the tick
+// of their fake clock here, so that every turn of a waiting loop moves time on. Kept apart
+// from UiHooks: ResetUiHooks leaves it alone. An empty function removes it.
+void SetPumpHook(std::function<void()> hook);

@@ -39,6 +39,13 @@ bool gblnSpindleOn = false;
 bool gblnSpindleStartReq = false;
 bool gblnSpindleStopReq = false;
 int16_t gintBuffersOut = 0;
+bool gblnDoorStopped = false;
+int16_t gintLastDirX = -1;
+int16_t gintLastDirY = -1;
+int16_t gintLastDirZ = -1;
+int16_t gintPlayX = 0;
+int16_t gintPlayY = 0;
+int16_t gintPlayZ = 0;
 
 QString gstrMillFile;
 QString gstrNCFile;
@@ -86,6 +93,9 @@ void ResetSharedState()
     glngPosX = glngPosY = glngPosZ = 0;
     gblnDoorOpen = gblnSpindleOn = gblnSpindleStartReq = gblnSpindleStopReq = false;
     gintBuffersOut = 0;
+    gblnDoorStopped = false;
+    gintLastDirX = gintLastDirY = gintLastDirZ = -1;
+    gintPlayX = gintPlayY = gintPlayZ = 0;
     gstrMillFile.clear();
     gstrNCFile.clear();
     gstrHeader.clear();

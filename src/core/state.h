@@ -45,6 +45,13 @@ extern bool gblnSpindleOn;         // spindle state as the controller last repor
 extern bool gblnSpindleStartReq;   // the operator asked for spindle start; KeyControl acts on it
 extern bool gblnSpindleStopReq;    // ... for spindle stop
 extern int16_t gintBuffersOut;     // frames sent and not yet answered (at most 2)
+extern bool gblnDoorStopped;       // the door stopped the running spindle; the run or the key loop deals with it
+extern int16_t gintLastDirX;       // last direction of each axis, +1 or -1 (the play model)
+extern int16_t gintLastDirY;
+extern int16_t gintLastDirZ;
+extern int16_t gintPlayX;          // play still due at the next reversal of each axis, steps
+extern int16_t gintPlayY;
+extern int16_t gintPlayZ;
 
 // --- NC file and tools.
 extern QString gstrMillFile;       // path of the NC file chosen for machining

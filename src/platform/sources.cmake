@@ -1,3 +1,13 @@
+list(APPEND CORE_SOURCES
+    src/platform/clock.cpp
+    src/platform/serial_port.h
+    src/platform/serial_port.cpp
+    src/platform/controller_emulator.cpp
+    src/platform/emulator_port.h
+    src/platform/emulator_port.cpp
+)
 list(APPEND UI_SOURCES
     src/platform/gui_hooks.cpp
+    src/platform/qt_serial_port.h
+    src/platform/qt_serial_port.cpp
 )

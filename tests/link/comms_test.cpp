@@ -1,0 +1,407 @@
+// The link protocol against the controller emulator on a fake clock.
+#include "link/link_world.h"
+
+#include "core/store.h"
+#include "link/spindle.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString kAlarm = QStringLiteral(
+    "There is a problem with the hardware.\r\n\r\nIs the controller connected to the computer and powered on?"
+    "\r\n\r\nCheck the connections and click Ok to try again\r\nor tick the box below and click Ok to work offline.");
+const QString kResetFailed = QStringLiteral(
+    "The controller has failed to respond to a reset command.\r\n\r\nPlease check the connections and restart the program.");
+
+// Keeps two frames out, as every sender does, until `frames` frames have gone; then waits
+// for all. Returns false when a wait failed.
+bool Stream(LinkWorld &w, int frames, int records = 16)
+{
+    for (int i = 0; i < frames; ++i) {
+        if (gintBuffersOut >= 2 && !blnGetReplies(false))
+            return false;
+        EXPECT_LE(gintBuffersOut, 1);
+        SendFrame(StepFrame(records));
+        (void)w;
+    }
+    return blnGetReplies(true);
+}
+
+} // namespace
+
+TEST(Comms, ResetAnswerSetsTheDoorAndPortNumberIsTheLastCharacter)
+{
+    struct Case {
+        const char *comport;
+        bool doorOpen;
+        int16_t port;
+        const char *panel;
+    } cases[] = {{"COM1", false, 1, "Door Closed"}, {"COM12", true, 2, "Door Open"}, {"COM3", false, 3, "Door Closed"}};
+    for (const Case &c : cases) {
+        LinkWorld w;
+        w.configure = [&](ControllerEmulator &e) {
+            if (c.doorOpen)
+                e.openDoor();
+        };
+        gintBacklashX = 5;
+        gintPlayX = 0;
+        gintLastDirX = 1;
+        RegistryValuePut(QStringLiteral("Comport"), QString::fromLatin1(c.comport));
+        gblnOnline = true;
+        SetupComms();
+        EXPECT_EQ(w.portAskedFor, c.port) << c.comport;
+        EXPECT_EQ(gblnDoorOpen, c.doorOpen) << c.comport;
+        EXPECT_EQ(w.panel[QStringLiteral("door")], QString::fromLatin1(c.panel));
+        EXPECT_TRUE(gstrReplies.isEmpty());
+        EXPECT_EQ(w.emu->controller().resets(), 1);
+        EXPECT_TRUE(w.emu->controller().rts());
+        EXPECT_TRUE(w.skullTexts.isEmpty());
+        EXPECT_EQ(gintLastDirX, -1);   // the play is due again after a reset
+        EXPECT_EQ(gintPlayX, 5);
+        EXPECT_EQ(gSpindleControls.picSpindleStartEnabled, true);
+    }
+}
+
+TEST(Comms, NoAnswerToResetGoesOfflineOrShutsDown)
+{
+    for (bool tickOffline : {false, true}) {
+        LinkWorld w;
+        w.configure = [](ControllerEmulator &e) { e.setSilentAfterReset(true); };
+        w.onSkull = [&] { frmSkull.chkOffline = tickOffline; };
+        const int64_t start = w.clock.msecs();
+        if (tickOffline) {
+            w.goOnline();
+            EXPECT_EQ(w.shutdowns, 0);
+            EXPECT_FALSE(gblnOnline);
+            EXPECT_EQ(strRegistryValueGet(QStringLiteral("Online"), QString()), QStringLiteral("No"));
+            EXPECT_EQ(w.panel[QStringLiteral("online")], QStringLiteral("Working Offline"));
+            EXPECT_FALSE(w.emu->isOpen());
+        } else {
+            EXPECT_THROW(w.goOnline(), ShutdownCalled);
+            EXPECT_EQ(w.shutdowns, 1);
+        }
+        ASSERT_EQ(w.skullTexts.size(), 1);
+        EXPECT_EQ(w.skullTexts[0], kResetFailed);
+        // The wait ends on a whole second, 1.5 to 2.5 s after it began.
+        const int64_t waited = w.clock.msecs() - start;
+        EXPECT_GE(waited, 1500);
+        EXPECT_LE(waited, 2600);
+        EXPECT_TRUE(tmrOnline().isActive());   // the alarm window's unload turns it on
+    }
+}
+
+TEST(Comms, PortThatCannotOpenShowsWhyAndShutsDown)
+{
+    LinkWorld w;
+    w.useScriptPort = true;
+    SetSerialPortOverride([&](int16_t) {
+        auto p = std::make_unique<ScriptPort>();
+        p->openOk = false;
+        p->openError = QStringLiteral("No such file or directory");
+        return p;
+    });
+    RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM4"));
+    gblnOnline = true;
+    EXPECT_THROW(SetupComms(), ShutdownCalled);
+    ASSERT_EQ(w.skullTexts.size(), 1);
+    EXPECT_EQ(w.skullTexts[0], QStringLiteral("An error occurred during initialization of the COM settings.\r\n"
+                                              "Com Port 4 No such file or directory\r\n"
+                                              "Please check the serial connection and restart the program."));
+}
+
+TEST(Comms, NoDsrAtStartRaisesTheAlarmUntilCured)
+{
+    // Ok with the cable repaired: the start goes on with a reset.
+    {
+        LinkWorld w;
+        w.configure = [](ControllerEmulator &e) { e.setDsr(false); };
+        int alarms = 0;
+        w.onSkull = [&] {
+            if (++alarms == 2)
+                w.emu->controller().setDsr(true);
+        };
+        w.goOnline();
+        EXPECT_EQ(alarms, 2);
+        EXPECT_EQ(w.skullTexts[0], kAlarm);
+        EXPECT_TRUE(gblnOnline);
+        EXPECT_EQ(w.emu->controller().resets(), 1);
+        EXPECT_EQ(w.shutdowns, 0);
+    }
+    // "Work Offline" at start ends the program; the setting says offline for the next start.
+    {
+        LinkWorld w;
+        w.configure = [](ControllerEmulator &e) { e.setDsr(false); };
+        w.onSkull = [] { frmSkull.chkOffline = true; };
+        EXPECT_THROW(w.goOnline(), ShutdownCalled);
+        EXPECT_FALSE(gblnOnline);
+        EXPECT_EQ(strRegistryValueGet(QStringLiteral("Online"), QString()), QStringLiteral("No"));
+    }
+}
+
+TEST(Comms, NeverMoreThanTwoFramesOutAndEveryStepIsExecuted)
+{
+    LinkWorld w;
+    w.goOnline();
+    ASSERT_TRUE(Stream(w, 40));
+    const ControllerEmulator &c = w.emu->controller();
+    EXPECT_EQ(c.posX(), 40 * 16);
+    EXPECT_EQ(c.framesRun(), 40);
+    EXPECT_EQ(c.maxFramesHeld(), 2);
+    EXPECT_EQ(c.overflows(), 0);
+    EXPECT_EQ(c.dryRuns(), 1);   // only at the very end
+    EXPECT_EQ(gintBuffersOut, 0);
+    EXPECT_TRUE(gstrReplies.isEmpty());
+    EXPECT_TRUE(w.skullTexts.isEmpty());
+}
+
+TEST(Comms, LostReplyRaisesTheAlarmAfterTenSeconds)
+{
+    LinkWorld w;
+    w.goOnline();
+    w.emu->controller().loseReplies(1);
+    SendFrame(StepFrame(4));
+    const int64_t start = w.clock.msecs();
+    int64_t alarmAt = -1;
+    w.onSkull = [&] { alarmAt = w.clock.msecs(); };
+    EXPECT_FALSE(blnGetReplies(true));
+    EXPECT_GE(alarmAt - start, 10000);
+    EXPECT_LE(alarmAt - start, 10010);
+    EXPECT_EQ(w.skullTexts, QStringList{kAlarm});
+    EXPECT_EQ(gintBuffersOut, 0);
+    EXPECT_EQ(w.panel[QStringLiteral("door")], QString());   // the alarm clears the door panel
+    EXPECT_TRUE(gblnOnline);
+}
+
+TEST(Comms, TheTenSecondsAreForTheWholeWait)
+{
+    struct Case {
+        int delayFirstMs, delaySecondMs;
+        bool ok;
+    } cases[] = {{9900, 0, true}, {6000, 12000, false}};   // replies at 9.9 s; at 6 s and 12 s
+    for (const Case &c : cases) {
+        LinkWorld w;
+        w.goOnline();
+        ControllerEmulator &e = w.emu->controller();
+        e.delayNextReply(c.delayFirstMs * 1000000LL);
+        SendFrame(StepFrame(1));
+        // The second frame's reply is held back from the moment it has run.
+        w.run(5);
+        e.delayNextReply(c.delaySecondMs * 1000000LL);
+        if (c.delaySecondMs)
+            SendFrame(StepFrame(1));
+        EXPECT_EQ(blnGetReplies(true), c.ok) << c.delayFirstMs << " " << c.delaySecondMs;
+        EXPECT_EQ(w.skullTexts.size(), c.ok ? 0 : 1);
+    }
+}
+
+TEST(Comms, CancelEndsTheWaitWithoutAlarmAndStaysSet)
+{
+    LinkWorld w;
+    w.goOnline();
+    // Nothing out: true at once, the cancel flag untouched.
+    gblnCancel = true;
+    EXPECT_TRUE(blnGetReplies(true));
+    EXPECT_TRUE(gblnCancel);
+    // A cancel from before does not cut the wait short, and is given back.
+    SendFrame(StepFrame(2));
+    EXPECT_TRUE(blnGetReplies(true));
+    EXPECT_TRUE(gblnCancel);
+    EXPECT_EQ(gintBuffersOut, 0);
+    // A cancel during the wait ends it, with no alarm.
+    gblnCancel = false;
+    w.emu->controller().loseReplies(1);
+    SendFrame(StepFrame(2));
+    QTimer::singleShot(0, [] { gblnCancel = true; });
+    EXPECT_TRUE(blnGetReplies(true));
+    EXPECT_TRUE(gblnCancel);
+    EXPECT_TRUE(w.skullTexts.isEmpty());
+    EXPECT_EQ(gintBuffersOut, 1);
+}
+
+TEST(Comms, DsrLostWhileIdleRaisesTheAlarmAndOkResets)
+{
+    LinkWorld w;
+    w.goOnline();
+    ControllerEmulator &e = w.emu->controller();
+    tmrOnline_Timer();   // all well: nothing happens
+    EXPECT_TRUE(w.skullTexts.isEmpty());
+    e.setDsr(false);
+    // Frames out: the watchdog leaves the line to the waits.
+    gintBuffersOut = 1;
+    tmrOnline_Timer();
+    EXPECT_TRUE(w.skullTexts.isEmpty());
+    gintBuffersOut = 0;
+    bool timerWasOff = false;
+    w.onSkull = [&] {
+        timerWasOff = !tmrOnline().isActive();
+        e.setDsr(true);   // the operator plugs the cable back in and clicks Ok
+    };
+    tmrOnline().start();
+    tmrOnline_Timer();
+    EXPECT_EQ(w.skullTexts, QStringList{kAlarm});
+    EXPECT_TRUE(timerWasOff);
+    EXPECT_TRUE(tmrOnline().isActive());
+    EXPECT_EQ(e.resets(), 2);
+    EXPECT_EQ(w.panel[QStringLiteral("door")], QStringLiteral("Door Closed"));
+    EXPECT_TRUE(gblnOnline);
+}
+
+TEST(Comms, DsrLostWhileWaitingAlarmsInsideTheWaitAndPollingGoesOn)
+{
+    LinkWorld w;
+    w.goOnline();
+    ControllerEmulator &e = w.emu->controller();
+    e.setDsr(false);
+    w.onSkull = [&] { e.setDsr(true); };
+    SendFrame(StepFrame(16));
+    EXPECT_TRUE(blnGetReplies(true));
+    EXPECT_EQ(w.skullTexts.size(), 1);
+    EXPECT_EQ(e.posX(), 16);
+}
+
+TEST(Comms, ReceivedStringsAreTakenInTheirFixedOrder)
+{
+    LinkWorld w;
+    w.useScriptPort = true;
+    w.goOnline();
+    ASSERT_NE(w.script, nullptr);
+    ScriptPort &p = *w.script;
+    EXPECT_EQ(w.panel[QStringLiteral("door")], QStringLiteral("Door Closed"));
+
+    // "OA" with the spindle running and a frame out: the door opens and one reply counts.
+    gblnSpindleOn = true;
+    SendFrame(StepFrame(1));
+    p.feed("OA");
+    EXPECT_TRUE(gblnDoorOpen);
+    EXPECT_TRUE(gblnDoorStopped);
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_TRUE(gSpindleControls.picStoppedVisible);
+    EXPECT_EQ(gSpindleControls.lblStopped,
+              QStringLiteral("Spindle has been stopped. Close door and Click the green button to restart."));
+    EXPECT_FALSE(gSpindleControls.picSpindleStartEnabled);   // no start with the door open
+    EXPECT_EQ(p.writes, 1);                                  // no spindle record: the flag was already clear
+    EXPECT_EQ(w.panel[QStringLiteral("door")], QStringLiteral("Door Open"));
+    EXPECT_EQ(w.panel[QStringLiteral("spindle")], QStringLiteral("Spindle Stopped"));
+    EXPECT_EQ(gstrReplies, QByteArray("A"));
+    EXPECT_TRUE(blnGetReplies(true));
+
+    // "SO": the door is handled open first, then shut, whatever the order of arrival.
+    gintMode = 2;
+    w.panelHistory.clear();
+    p.feed("SO");
+    EXPECT_FALSE(gblnDoorOpen);
+    EXPECT_EQ(w.panelHistory[QStringLiteral("door")],
+              (QStringList{QStringLiteral("Door Open"), QStringLiteral("Door Closed")}));
+    EXPECT_TRUE(gSpindleControls.picSpindleStartEnabled);
+    EXPECT_TRUE(gSpindleControls.mnuMStartEnabled);   // mode 2 and the start text enabled
+    EXPECT_EQ(gSpindleControls.picStartTextToolTip, QString());
+    EXPECT_TRUE(gstrReplies.isEmpty());
+
+    // Outside the manual screen "S" leaves the menu entry alone.
+    gintMode = 6;
+    gSpindleControls.mnuMStartEnabled = false;
+    p.feed("S");
+    EXPECT_FALSE(gSpindleControls.mnuMStartEnabled);
+
+    // Stray characters with no frame out are dropped; a lone reset answer passes.
+    struct Stray {
+        const char *in;
+        const char *kept;
+    } strays[] = {{"A", ""}, {"D", ""}, {"F", "F"}, {"G", "G"}, {"AG", ""}, {"GO", "G"}};
+    for (const Stray &s : strays) {
+        gstrReplies.clear();
+        gintBuffersOut = 0;
+        p.feed(s.in);
+        EXPECT_EQ(gstrReplies, QByteArray(s.kept)) << s.in;
+    }
+    p.feed("S");
+
+    // "P": the spindle stopped by itself.
+    gstrReplies.clear();
+    gblnSpindleOn = true;
+    gSpindleControls.picStoppedVisible = false;
+    p.feed("P");
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_TRUE(gSpindleControls.picStoppedVisible);
+    EXPECT_EQ(gSpindleControls.lblStopped,
+              QStringLiteral("Spindle has been stopped automatically. Click the green button to restart."));
+    EXPECT_EQ(p.writes, 1);
+    // ... and with it already stopped, nothing.
+    gSpindleControls.picStoppedVisible = false;
+    p.feed("P");
+    EXPECT_FALSE(gSpindleControls.picStoppedVisible);
+
+    // Line errors change nothing.
+    for (int16_t ev : {1001, 1004, 1006, 1008, 1009, 1010, 1011})
+        comSerial_OnComm(ev);
+    EXPECT_TRUE(gstrReplies.isEmpty());
+    EXPECT_FALSE(gblnDoorOpen);
+}
+
+TEST(Comms, OfflineEveryFrameIsPaidOffAtOnce)
+{
+    LinkWorld w;
+    gblnOnline = false;
+    gintBacklashY = 3;
+    SetupComms();
+    EXPECT_EQ(comSerial(), nullptr);
+    EXPECT_EQ(gintPlayY, 3);
+    for (int i = 0; i < 3; ++i)
+        SendFrame(StepFrame(16));
+    EXPECT_EQ(gintBuffersOut, 3);
+    const int64_t start = w.clock.msecs();
+    EXPECT_TRUE(blnGetReplies(true));
+    EXPECT_EQ(gintBuffersOut, 0);
+    EXPECT_EQ(w.clock.msecs() - start, 3);   // one round each
+    EXPECT_TRUE(blnControllerAvailable());
+}
+
+TEST(Comms, DoorOpenedWhileCuttingStopsMotionAndRepliesD)
+{
+    LinkWorld w;
+    w.goOnline();
+    ControllerEmulator &e = w.emu->controller();
+    SpindleStart();
+    ASSERT_TRUE(gblnSpindleOn);
+    e.openDoorAtStep(30);   // in the second frame, once the third has arrived
+    SendFrame(StepFrame(16));
+    SendFrame(StepFrame(16));
+    EXPECT_TRUE(blnGetReplies(false));   // the first frame ran out: "A"
+    SendFrame(StepFrame(16));            // waits behind the second
+    EXPECT_TRUE(blnGetReplies(true));
+    EXPECT_TRUE(gblnDoorOpen);
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_FALSE(e.spindleOn());
+    EXPECT_EQ(e.posX(), 30);             // nothing moved after the door opened
+    EXPECT_EQ(e.droppedSteps(), 2 + 16);
+    EXPECT_TRUE(w.skullTexts.isEmpty());
+    EXPECT_EQ(gintBuffersOut, 0);
+    // The spindle can't start while the door is open.
+    SpindleStart();
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_EQ(e.spindleRefused(), 1);
+}
+
+TEST(Comms, FaultsEndInTheTrapUnderTheProcedureName)
+{
+    struct Case {
+        const char *module;
+        const char *procedure;
+        std::function<void(ScriptPort &)> act;
+    } cases[] = {
+        {"frmSplash", "comSerial_OnComm", [](ScriptPort &p) { p.feed("A"); }},
+        {"frmSplash", "tmrOnline_Timer", [](ScriptPort &) { tmrOnline_Timer(); }},
+        {"modComms", "blnControllerAvailable", [](ScriptPort &) { blnControllerAvailable(); }},
+    };
+    for (const Case &c : cases) {
+        LinkWorld w;
+        w.useScriptPort = true;
+        w.goOnline();
+        TrapRecorder trap;
+        w.script->faultOnUse = true;
+        EXPECT_THROW(c.act(*w.script), TrapEnded) << c.procedure;
+        ASSERT_TRUE(trap.fired()) << c.procedure;
+        EXPECT_EQ(trap.report(), ExpectedTrap(c.module, c.procedure, 52, QStringLiteral("Bad file name or number")));
+    }
+}

@@ -1,0 +1,129 @@
+// Spindle switching and the door interlock, against the emulator on a fake clock.
+#include "link/link_world.h"
+
+#include "link/spindle.h"
+
+#include <gtest/gtest.h>
+
+TEST(Spindle, StartAndStopSendOneRecordEachAndSetEveryControl)
+{
+    LinkWorld w;
+    w.goOnline();
+    gintMode = 2;
+    const QByteArray before = w.emu->written();
+    SpindleStart();
+    EXPECT_TRUE(gblnSpindleOn);
+    EXPECT_TRUE(w.emu->controller().spindleOn());
+    EXPECT_EQ(w.emu->written().mid(before.size()), SpindleFrame(true));
+    EXPECT_EQ(SpindleFrame(true), QByteArray::fromHex("04130000"));
+    EXPECT_EQ(SpindleFrame(false), QByteArray::fromHex("04030000"));
+    EXPECT_EQ(gintBuffersOut, 0);
+    const SpindleControls &c = gSpindleControls;
+    EXPECT_EQ(w.panel[QStringLiteral("spindle")], QStringLiteral("Spindle Rotating"));
+    EXPECT_FALSE(c.picSpindleStartEnabled);
+    EXPECT_TRUE(c.picSpindleStopEnabled);
+    EXPECT_FALSE(c.mnuMStartEnabled);
+    EXPECT_TRUE(c.mnuMStopEnabled);
+    EXPECT_EQ(c.picSpindleStartImage, 2);
+    EXPECT_EQ(c.picSpindleStopImage, 3);
+    EXPECT_EQ(c.picSpindleStartToolTip, QString());
+    EXPECT_EQ(c.picSpindleStopToolTip, QStringLiteral("Stop the Spindle"));
+    EXPECT_EQ(c.picStartTextToolTip, QString());
+    EXPECT_FALSE(c.picStoppedVisible);
+
+    SpindleStop();
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_FALSE(w.emu->controller().spindleOn());
+    EXPECT_EQ(w.emu->controller().spindleRecords(), 2);
+    EXPECT_EQ(w.panel[QStringLiteral("spindle")], QStringLiteral("Spindle Stopped"));
+    EXPECT_TRUE(c.picSpindleStartEnabled);
+    EXPECT_FALSE(c.picSpindleStopEnabled);
+    EXPECT_TRUE(c.mnuMStartEnabled);
+    EXPECT_FALSE(c.mnuMStopEnabled);
+    EXPECT_EQ(c.picSpindleStartImage, 1);
+    EXPECT_EQ(c.picSpindleStopImage, 4);
+    EXPECT_EQ(c.picSpindleStartToolTip, QStringLiteral("Start the spindle"));
+    EXPECT_EQ(c.picSpindleStopToolTip, QString());
+    EXPECT_EQ(c.picStartTextToolTip, QStringLiteral("Close Door before starting Spindle"));
+
+    // Already stopped: no record, the controls are set all the same.
+    gSpindleControls.picSpindleStopEnabled = true;
+    SpindleStop();
+    EXPECT_EQ(w.emu->controller().spindleRecords(), 2);
+    EXPECT_FALSE(c.picSpindleStopEnabled);
+}
+
+TEST(Spindle, RefusedWithTheDoorOpen)
+{
+    LinkWorld w;
+    w.configure = [](ControllerEmulator &e) { e.openDoor(); };
+    w.goOnline();
+    ASSERT_TRUE(gblnDoorOpen);
+    SpindleStop();
+    EXPECT_FALSE(gSpindleControls.picSpindleStartEnabled);
+    EXPECT_FALSE(gSpindleControls.mnuMStartEnabled);
+    const SpindleControls before = gSpindleControls;
+    const int64_t sent = w.emu->controller().framesReceived();
+    gSpindleControls.picStoppedVisible = true;
+    SpindleStart();
+    // One frame goes out, the controller refuses, and only the warning is hidden.
+    EXPECT_EQ(w.emu->controller().framesReceived(), sent + 1);
+    EXPECT_EQ(w.emu->controller().spindleRefused(), 1);
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_FALSE(gSpindleControls.picStoppedVisible);
+    EXPECT_EQ(gSpindleControls.picSpindleStartImage, before.picSpindleStartImage);
+    EXPECT_EQ(gSpindleControls.picSpindleStopToolTip, before.picSpindleStopToolTip);
+    EXPECT_EQ(w.panel[QStringLiteral("spindle")], QStringLiteral("Spindle Stopped"));
+    // The door closes: "S" opens the start control, and now it starts.
+    w.emu->controller().closeDoor();
+    w.run(5);
+    EXPECT_FALSE(gblnDoorOpen);
+    EXPECT_TRUE(gSpindleControls.picSpindleStartEnabled);
+    SpindleStart();
+    EXPECT_TRUE(gblnSpindleOn);
+    EXPECT_TRUE(w.emu->controller().spindleOn());
+}
+
+TEST(Spindle, OfflineTheDoorCountsAsClosed)
+{
+    LinkWorld w;
+    gblnOnline = false;
+    gblnDoorOpen = true;
+    SpindleStart();
+    EXPECT_TRUE(gblnSpindleOn);
+    EXPECT_FALSE(gblnDoorOpen);
+    EXPECT_EQ(gintBuffersOut, 0);
+    EXPECT_EQ(w.panel[QStringLiteral("spindle")], QStringLiteral("Spindle Rotating"));
+}
+
+TEST(Spindle, ClicksOnlyAsk)
+{
+    LinkWorld w;
+    w.goOnline();
+    const int64_t frames = w.emu->controller().framesReceived();
+    picSpindleStart_Click();
+    mnuMStop_Click();
+    EXPECT_TRUE(gblnSpindleStartReq);
+    EXPECT_TRUE(gblnSpindleStopReq);
+    gblnSpindleStartReq = gblnSpindleStopReq = false;
+    mnuMStart_Click();
+    picSpindleStop_Click();
+    EXPECT_TRUE(gblnSpindleStartReq);
+    EXPECT_TRUE(gblnSpindleStopReq);
+    w.run(50);
+    EXPECT_EQ(w.emu->controller().framesReceived(), frames);
+    EXPECT_FALSE(gblnSpindleOn);
+}
+
+TEST(Spindle, StoppedByItselfWhileRunning)
+{
+    LinkWorld w;
+    w.goOnline();
+    SpindleStart();
+    w.emu->controller().stopSpindleByItself();
+    w.run(5);
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_TRUE(gSpindleControls.picStoppedVisible);
+    EXPECT_EQ(w.panel[QStringLiteral("spindle")], QStringLiteral("Spindle Stopped"));
+    EXPECT_EQ(w.emu->controller().spindleRecords(), 1);   // no stop record follows
+}
