@@ -7,11 +7,16 @@
 #include "support/test_support.h"
 
 #include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <clocale>
+
+#include <locale.h>
 
 TEST(Reader, GetValTakesTheLeadingNumber)
 {
@@ -196,4 +201,37 @@ TEST(Reader, ValidAnalysedFileSkipsTheText)
     EXPECT_EQ(gintReadResult, 0);
     EXPECT_EQ(gstrAnalysedReason, QString());
     EXPECT_EQ(gsngBilletWidth, 9.0f);   // the billet still comes from the header in hand
+}
+
+TEST(Reader, DecimalPointWhateverTheDesktopLanguage)
+{
+    // A desktop in German writes "1,5": the C library then reads "0.5" as 0. Make such a
+    // locale if the system has none, and read under it.
+    QTemporaryDir locales;
+    const char *names[] = {"de_DE.UTF-8", "de_DE.utf8"};
+    const char *found = nullptr;
+    for (const char *n : names)
+        if (locale_t l = newlocale(LC_NUMERIC_MASK, n, static_cast<locale_t>(nullptr))) {
+            freelocale(l);
+            found = n;
+        }
+    const QByteArray oldLocPath = qgetenv("LOCPATH");
+    if (!found && QProcess::execute(QStringLiteral("localedef"), {"-i", "de_DE", "-f", "UTF-8",
+                                                                   locales.path() + "/de_DE.UTF-8"}) == 0) {
+        qputenv("LOCPATH", locales.path().toLocal8Bit());
+        found = "de_DE.UTF-8";
+    }
+    if (!found || !setlocale(LC_NUMERIC, found)) {
+        qputenv("LOCPATH", oldLocPath);
+        GTEST_SKIP() << "no German locale to test with";
+    }
+    ReaderHarness h;
+    ReadCommands(h.write("dec.brx", "%\r\n* Billet length 12.5\r\nN10 T1\r\nN20 S1000\r\nN30 G2 X1.5 Y1 R0.5 F99.5\r\n"));
+    setlocale(LC_NUMERIC, "C");
+    qputenv("LOCPATH", oldLocPath);
+    EXPECT_EQ(gintReadResult, 0);
+    EXPECT_TRUE(h.corrections.empty());
+    EXPECT_EQ(gtypCommands(3).sngX, 1.5f);
+    EXPECT_EQ(gtypCommands(3).sngR, 0.5f);
+    EXPECT_EQ(gsngBilletLength, 12.5f);
 }
