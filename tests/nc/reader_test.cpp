@@ -111,12 +111,12 @@ TEST(Reader, BilletSizeFromTheHeader)
 TEST(Reader, CleanReadLeavesHeaderBilletAndBusyDisplay)
 {
     ReaderHarness h;
-    const QString file = h.write("ok.brx", "junk\r\n%\r\n* Part 1\r\n* Billet length 50\r\n* Billet width 40\r\n"
+    const QString file = h.write("ok.brx", "junk\r\n%\r\n* Bracket\r\n* Billet length 50\r\n* Billet width 40\r\n"
                                            "* Billet depth 6\r\nN10 T3\r\nN20 S1500\r\nN30 G1 X1 Y1 Z-1 F90\r\n");
     ReadCommands(file);
     EXPECT_EQ(gintReadResult, 0);
     EXPECT_EQ(gstrNCFile, file);
-    EXPECT_EQ(gstrHeader, QStringLiteral(" Part 1\r\n Billet length 50\r\n Billet width 40\r\n Billet depth 6\r\n"));
+    EXPECT_EQ(gstrHeader, QStringLiteral(" Bracket\r\n Billet length 50\r\n Billet width 40\r\n Billet depth 6\r\n"));
     EXPECT_EQ(gsngBilletLength, 50.0f);
     EXPECT_EQ(gsngBilletWidth, 40.0f);
     EXPECT_EQ(gsngBilletDepth, 6.0f);
