@@ -4,7 +4,37 @@
 #include <cstdio>
 #include <limits>
 
+#include <locale.h>
+
 namespace vb {
+
+namespace {
+
+// strtod and printf follow the process's numeric locale, which QCoreApplication takes from
+// the environment: under a German locale "1.5" would read as 1 and print as "1,5". NC files,
+// the store and every number the program shows use the point whatever the desktop's
+// language, so the C library's number conversions here run in the "C" locale.
+class CNumericLocale {
+public:
+    CNumericLocale()
+    {
+        static const locale_t c = newlocale(LC_NUMERIC_MASK, "C", static_cast<locale_t>(nullptr));
+        if (c)
+            m_old = uselocale(c);
+    }
+    ~CNumericLocale()
+    {
+        if (m_old)
+            uselocale(m_old);
+    }
+    CNumericLocale(const CNumericLocale &) = delete;
+    CNumericLocale &operator=(const CNumericLocale &) = delete;
+
+private:
+    locale_t m_old = static_cast<locale_t>(nullptr);
+};
+
+} // namespace
 
 Fault::Fault(int32_t number, QString description)
     : m_number(number), m_description(std::move(description)),
@@ -167,7 +197,11 @@ double Val(const QString &text)
         if (expDigits)
             num.append(exp);
     }
-    double v = std::strtod(num.constData(), nullptr);
+    double v = 0.0;
+    {
+        CNumericLocale c;
+        v = std::strtod(num.constData(), nullptr);
+    }
     if (!std::isfinite(v))
         Err(kOverflow);
     return v;
@@ -180,7 +214,10 @@ QString Format000(double x)
     // The exact decimal expansion of the double, then rounding on the digits:
     // halves go away from zero, as the original's Format does.
     char buf[512];
-    std::snprintf(buf, sizeof buf, "%.80f", std::fabs(x));
+    {
+        CNumericLocale c;
+        std::snprintf(buf, sizeof buf, "%.80f", std::fabs(x));
+    }
     QByteArray digits(buf);
     int dot = digits.indexOf('.');
     QByteArray intPart = digits.left(dot);

@@ -1,0 +1,96 @@
+// brantok-nc check, run as the operator runs it: a separate process with its own store.
+#include "support/test_support.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct CheckRun {
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+CheckRun Check(const QString &store, const QStringList &args)
+{
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("BRANTOK_STORE"), store);
+    p.setProcessEnvironment(env);
+    p.start(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-nc"), args);
+    CheckRun r;
+    if (!p.waitForFinished(60000) || p.exitStatus() != QProcess::NormalExit)
+        return r;
+    r.exitCode = p.exitCode();
+    r.out = QString::fromUtf8(p.readAllStandardOutput());
+    r.err = QString::fromUtf8(p.readAllStandardError());
+    return r;
+}
+
+} // namespace
+
+TEST(NcCheck, ExitCodesAndOutput)
+{
+    QTemporaryDir dir;
+    const QString store = dir.path() + QStringLiteral("/Brantok.conf");
+    const QByteArray ini = "[General]\nRapidSpeed=400\nWoodworker=Yes\nToolCount=2\n"
+                           "Tool01=4|End mill|3.000|0.000\nTool02=9|Drill|1.000|-2000.000\n";
+    {
+        QFile f(store);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(ini);
+    }
+    auto nc = [&](const char *name, const QByteArray &bytes) {
+        const QString path = dir.path() + u'/' + QLatin1String(name);
+        QFile f(path);
+        f.open(QIODevice::WriteOnly);
+        f.write(bytes);
+        return path;
+    };
+
+    // Clean: the store's tools, its WoodWorker speed limit and rapid speed apply.
+    const QString good = nc("good.brx", "%\r\n* Billet length 80\r\n* Billet width 60.5\r\nN10 T9\r\nN20 S6000\r\n"
+                                        "N30 G1 X1 F400\r\nN40 T4\r\nN50 G2 X1 Y0 I1 J0\r\nN60 T9\r\n");
+    CheckRun r = Check(store, {QStringLiteral("check"), good});
+    EXPECT_EQ(r.exitCode, 0) << r.out.toStdString();
+    EXPECT_EQ(r.out, good + QStringLiteral(": read cleanly\nCommands: 6\nTools used: 9 4\n"
+                                           "Billet: length 80.000 mm, width 60.500 mm, depth 0.000 mm\n"));
+
+    // A fault in the program: the correction window's text, line breaks as the terminal's.
+    r = Check(store, {QStringLiteral("check"), nc("bad.brx", "%\r\nN10 T9\r\nN20 S6000\r\nN30 G1 X1 F401\r\n")});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_EQ(r.out, QStringLiteral("Line 4:\nN30 G1 X1 F401\nhas an invalid F (Feed rate) value.\n"));
+    r = Check(store, {QStringLiteral("check"), nc("none.brx", "N10 T9\r\n")});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_EQ(r.out, QStringLiteral("The selected file does not have a % sign to indicate the start of the NC code.\n"));
+    r = Check(store, {QStringLiteral("check"), dir.path() + QStringLiteral("/missing.brx")});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_EQ(r.out, QStringLiteral("Cannot find file ") + dir.path() + QStringLiteral("/missing.brx\n"));
+
+    // The trap: its report.
+    r = Check(store, {QStringLiteral("check"), nc("trap.brx", "%\r\nN10 S1000\r\n")});
+    EXPECT_EQ(r.exitCode, 2);
+    EXPECT_EQ(r.out, QStringLiteral("An error has occurred in Brantok\n\nError:\t9 : Subscript out of range\n"
+                                    "Location:\tmodReader / strHeaderFromCommands\n"));
+
+    // Usage.
+    for (const QStringList &args : {QStringList{}, QStringList{"check"}, QStringList{"check", "a", "b"},
+                                    QStringList{"verify", good}}) {
+        r = Check(store, args);
+        EXPECT_EQ(r.exitCode, 64) << args.join(' ').toStdString();
+        EXPECT_TRUE(r.err.startsWith(QStringLiteral("usage: brantok-nc"))) << r.err.toStdString();
+        EXPECT_TRUE(r.out.isEmpty());
+    }
+
+    // Never a write to the store: same bytes, no other file beside it.
+    QFile f(store);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_EQ(f.readAll(), ini);
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden).filter(QStringLiteral("Brantok")).size(), 1);
+}

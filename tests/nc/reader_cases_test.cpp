@@ -1,0 +1,320 @@
+// The reader over many small programs: every message it can give, word for word, and the
+// table it leaves for the quirks it keeps.
+#include "core/state.h"
+#include "nc/commands.h"
+#include "nc/reader.h"
+#include "nc/reader_harness.h"
+#include "support/test_support.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+const QString kCrLf = QStringLiteral("\r\n");
+
+struct Case {
+    QString name;
+    QStringList lines;          // the file; "%" first unless the case says otherwise
+    bool withPercent = true;
+    bool woodworker = false;
+    // A fault: the text of txtError and the line marked red.
+    QString error;
+    QString marked;
+    // A trap: the procedure and fault number of the report.
+    const char *trapProcedure = nullptr;
+    int trapNumber = 0;
+    // A clean read: what the table must hold.
+    std::function<void()> check;
+};
+
+// The line at physical line `lngLine` of the case's file ("%" is line 1).
+Case Fault(const QString &name, const QStringList &lines, int lngLine, const QString &message)
+{
+    Case c;
+    c.name = name;
+    c.lines = lines;
+    c.marked = lines.at(lngLine - 2);
+    c.error = QStringLiteral("Line %1:").arg(lngLine) + kCrLf + c.marked + kCrLf + message + kCrLf;
+    return c;
+}
+
+Case WholeFile(const QString &name, const QStringList &lines, const QString &message, bool withPercent = true)
+{
+    Case c;
+    c.name = name;
+    c.lines = lines;
+    c.withPercent = withPercent;
+    c.error = message + kCrLf;
+    return c;
+}
+
+Case Clean(const QString &name, const QStringList &lines, std::function<void()> check = {})
+{
+    Case c;
+    c.name = name;
+    c.lines = lines;
+    c.check = std::move(check);
+    return c;
+}
+
+Case Trap(const QString &name, const QStringList &lines, const char *procedure, int number)
+{
+    Case c;
+    c.name = name;
+    c.lines = lines;
+    c.trapProcedure = procedure;
+    c.trapNumber = number;
+    return c;
+}
+
+Case Woodworker(Case c)
+{
+    c.woodworker = true;
+    c.name += QStringLiteral(" (WoodWorker)");
+    return c;
+}
+
+// Tool 1 and its speed: what every program needs before it may cut.
+QStringList TS(const QStringList &rest)
+{
+    return QStringList{QStringLiteral("N10 T1"), QStringLiteral("N20 S1000")} + rest;
+}
+
+const CommandRecord &Cmd(int i) { return gtypCommands(i); }
+
+const QString kCannot = QStringLiteral("This file cannot be processed as it does not contain\r\n");
+const QString kNoPercent =
+    QStringLiteral("The selected file does not have a % sign to indicate the start of the NC code.");
+const QString kInvalidG = QStringLiteral("has an invalid G-code.\r\nBrantok accepts G0(rapid), G1(cut), "
+                                         "G2(arc ccw) G3(arc cw) and G4(dwell).\r\n");
+
+std::vector<Case> Cases()
+{
+    std::vector<Case> v;
+    // --- The whole-file checks, in their order.
+    v.push_back(WholeFile("no %", {"N10 T1", "N20 S1000", "N30 G1 X1 F100"}, kNoPercent, false));
+    v.push_back(WholeFile("empty file", {}, kNoPercent, false));
+    v.push_back(WholeFile("% but no N line", {"* header only", "G1 X1"}, kNoPercent));
+    v.push_back(WholeFile("% but N line with blank before", {" N10 G1 X1"}, kNoPercent));
+    v.push_back(WholeFile("% after the 1st line, but \"%\" must stand alone", {"% start", "N10 T1"}, kNoPercent, false));
+    v.push_back(WholeFile("only G0", TS({"N30 G0 X1 Y1 Z1"}), kCannot + "any G-codes that are cutting operations.\r\n"));
+    v.push_back(WholeFile("no tool", {"N10 G1 X1 F100"}, kCannot + "any Tool definitions.\r\n"));
+    v.push_back(WholeFile("no S after the first T", {"N10 G1 X1 F100", "N20 T1"},
+                          kCannot + "a Rotational Speed definition.\r\n"));
+    v.push_back(WholeFile("cutting is checked before tools", {"N10 G0 X1"},
+                          kCannot + "any G-codes that are cutting operations.\r\n"));
+
+    // --- Clean reads and what they leave.
+    v.push_back(Clean("G4 alone counts as cutting", TS({"N30 G4 P2.5"}), [] {
+        ASSERT_EQ(glngCommandCount, 3);
+        EXPECT_EQ(Cmd(1).intType, kCmdTool);
+        EXPECT_EQ(Cmd(1).sngValue, 1.0f);
+        EXPECT_EQ(Cmd(2).intType, kCmdSpeed);
+        EXPECT_EQ(Cmd(2).sngValue, 1000.0f);
+        EXPECT_EQ(Cmd(3).intType, kCmdDwell);
+        EXPECT_EQ(Cmd(3).sngX, 2.5f);   // P lands in X
+        EXPECT_EQ(Cmd(3).sngValue, 500.0f);
+        EXPECT_EQ(Cmd(3).lngLine, 4);
+        EXPECT_EQ(UsedTools(), QList<int>({1}));
+    }));
+    v.push_back(Clean("F0.5 after F200 is 100", TS({"N30 G1 X1 F200", "N40 G1 X10 F0.5", "N50 G1 X20"}), [] {
+        EXPECT_EQ(Cmd(3).sngValue, 200.0f);
+        EXPECT_EQ(Cmd(4).sngValue, 100.0f);
+        EXPECT_EQ(Cmd(5).sngValue, 100.0f);   // the modal feed
+    }));
+    v.push_back(Clean("F below 1 multiplies the speed in force, G0's rapid too", TS({"N30 G0 X1 F0.5", "N40 G1 X2"}),
+                      [] { EXPECT_EQ(Cmd(3).sngValue, 250.0f); }));
+    v.push_back(Clean("G1 before any F has feed 0; F0 is accepted", TS({"N30 G1 X1", "N40 G1 X2 F0"}), [] {
+        EXPECT_EQ(Cmd(3).sngValue, 0.0f);
+        EXPECT_EQ(Cmd(4).sngValue, 0.0f);
+    }));
+    v.push_back(Clean("F equal to the rapid speed", TS({"N30 G1 X1 F500"}), [] { EXPECT_EQ(Cmd(3).sngValue, 500.0f); }));
+    v.push_back(Clean("modal record: coordinates and type carry, I J R don't",
+                      TS({"N30 G1 X1 Y2 F100", "N40 Z-1", "N50 G2 X5 I2 J0", "N60 X7 R3"}), [] {
+        EXPECT_EQ(Cmd(2).sngX, 300.0f);   // not yet programmed
+        EXPECT_EQ(Cmd(3).sngX, 1.0f);
+        EXPECT_EQ(Cmd(3).sngY, 2.0f);
+        EXPECT_EQ(Cmd(3).sngZ, 300.0f);
+        EXPECT_EQ(Cmd(4).intType, kCmdLine);
+        EXPECT_EQ(Cmd(4).sngZ, -1.0f);
+        EXPECT_EQ(Cmd(4).sngX, 1.0f);
+        EXPECT_EQ(Cmd(5).intType, kCmdArcCcw);   // G2
+        EXPECT_EQ(Cmd(5).sngI, 2.0f);
+        EXPECT_EQ(Cmd(6).intType, kCmdArcCcw);
+        EXPECT_EQ(Cmd(6).sngI, 0.0f);
+        EXPECT_EQ(Cmd(6).sngR, 3.0f);
+        EXPECT_EQ(Cmd(6).sngValue, 100.0f);
+    }));
+    v.push_back(Clean("G3 is arc cw, type 3", TS({"N30 G3 X1 Y1 I1 F50"}), [] { EXPECT_EQ(Cmd(3).intType, kCmdArcCw); }));
+    v.push_back(Clean("P stays as the modal X", TS({"N30 G1 X1 F100", "N40 G4 P2", "N50 G1 Y5"}), [] {
+        EXPECT_EQ(Cmd(4).sngX, 2.0f);
+        EXPECT_EQ(Cmd(5).sngX, 2.0f);
+        EXPECT_EQ(Cmd(5).sngY, 5.0f);
+    }));
+    v.push_back(Clean("comment cut, strText keeps it", TS({"N40 G1 X1 ' go X9 M3 g", "N41 G1 Y1'"}), [] {
+        EXPECT_EQ(Cmd(3).strText, QStringLiteral("N40 G1 X1 ' go X9 M3 g"));
+        EXPECT_EQ(Cmd(3).sngX, 1.0f);
+        EXPECT_EQ(Cmd(4).sngY, 1.0f);
+    }));
+    v.push_back(Clean("N50 alone: zero-filled entries", {"N50", "N10 T1", "N20 S1000", "N30 G1 X1 F100", "N60"}, [] {
+        ASSERT_EQ(glngCommandCount, 5);
+        EXPECT_EQ(Cmd(1).intType, 0);
+        EXPECT_EQ(Cmd(1).lngLine, 0);   // nothing was copied into it
+        EXPECT_EQ(Cmd(1).strText, QString());
+        EXPECT_EQ(Cmd(5).intType, 0);   // although the working type is 2
+        EXPECT_EQ(Cmd(5).sngX, 0.0f);
+    }));
+    v.push_back(Clean("lines without N and header lines anywhere", TS({"G1 X5", "* late header", "", "N30 G1 X1 F10"}),
+                      [] {
+        ASSERT_EQ(glngCommandCount, 3);
+        EXPECT_EQ(Cmd(3).lngLine, 7);
+        EXPECT_EQ(gstrHeader, QStringLiteral(" late header\r\n"));
+    }));
+    v.push_back(Clean("trailing control characters and blanks go from strText", TS({"N30 G1 X1 F10\t \x01"}),
+                      [] { EXPECT_EQ(Cmd(3).strText, QStringLiteral("N30 G1 X1 F10")); }));
+    v.push_back(Clean("blanks between a letter and its value", TS({"N30\tG1 X 5  F  9"}), [] {
+        EXPECT_EQ(Cmd(3).sngX, 5.0f);
+        EXPECT_EQ(Cmd(3).sngValue, 9.0f);
+    }));
+    v.push_back(Clean("N number: any, or none", TS({"N G1 X1 F1", "N5 G1 X2"}), [] { EXPECT_EQ(glngCommandCount, 4); }));
+    v.push_back(Clean("tools listed once, in order of first use",
+                      {"N1 T2", "N2 S100", "N3 G1 X1", "N4 T1", "N5 G1 X2", "N6 T2", "N7 T7"}, [] {
+        EXPECT_EQ(UsedTools(), QList<int>({2, 1, 7}));
+    }));
+    v.push_back(Clean("T: the whole part names the tool, the value stays", TS({"N30 G1 X1 F1", "N40 T2.7"}), [] {
+        EXPECT_EQ(Cmd(4).sngValue, 2.7f);
+        EXPECT_EQ(UsedTools(), QList<int>({1, 2}));
+    }));
+    v.push_back(Clean("F after T overwrites the tool number (modal value)", TS({"N30 G1 X1 F1", "N40 T2 F300"}),
+                      [] { EXPECT_EQ(Cmd(4).sngValue, 300.0f); }));
+    v.push_back(Clean("S limits: 50 and 2000", {"N10 T1", "N20 S50", "N30 T2", "N40 S2000", "N50 G1 X1"}));
+    v.push_back(Woodworker(Clean("S 2001 and 8000", {"N10 T1", "N20 S2001", "N30 T2", "N40 S8000", "N50 G1 X1"})));
+    {
+        Case c = Clean("pre-% lines count", QStringList{"junk", "%"} + TS({"N30 G1 X1"}),
+                       [] { EXPECT_EQ(Cmd(3).lngLine, 5); });
+        c.withPercent = false;
+        v.push_back(c);
+    }
+    v.push_back(Clean("centre-form full circle", TS({"N30 G0 X10 Y10 Z1", "N40 G2 X10 Y10 I5 J0"})));
+
+    // --- Word faults.
+    const QStringList ts = TS({});
+    auto F = [&](const QString &name, const QString &line, const QString &message) {
+        v.push_back(Fault(name, ts + QStringList{line}, 4, message));
+    };
+    F("lower-case g", "N30 g1", "has an unrecognised character (g).");
+    F("semicolon", "N30 G1 X1;", "has an unrecognised character (;).");
+    F("unrecognised is checked before the words", "N30 M3 A", "has an unrecognised character (A).");
+    F("M word", "N30 M3", "has a command letter (M) that is not\r\nrecognised by Brantok.");
+    F("H word", "N30 G1 H1", "has a command letter (H) that is not\r\nrecognised by Brantok.");
+    F("K word", "N30 G2 K1", "has a command letter (K) that is not\r\nrecognised by Brantok.");
+    F("second N", "N30 G1 N40", "has a command letter (N) that is not\r\nrecognised by Brantok.");
+    F("G5", "N30 G5", kInvalidG);
+    F("G alone", "N30 G", kInvalidG);
+    F("G blank 1", "N30 G 1", kInvalidG);
+    F("G01", "N30 G01 X1", "has a numeric value without a parameter letter");
+    F("number without letter", "N30 G1 -5", "has a numeric value without a parameter letter");
+    F("F without value", "N30 G1 F", "has an F (Feed rate) code but no value.");
+    F("F over rapid", "N30 G1 F500.1", "has an invalid F (Feed rate) value.");
+    F("F negative", "N30 G1 F100 F-2", "has an invalid F (Feed rate) value.");
+    F("I without value", "N30 G2 I", "has an I code but no value.");
+    F("J without value", "N30 G2 JX", "has a J code but no value.");
+    F("R then I", "N30 G2 X1 R5 I1", "has an R value in addition to an I value.");
+    F("R then J", "N30 G2 X1 R5 J1", "has an R value in addition to a J value.");
+    F("R without value", "N30 G2 R", "has an R (arc radius) code but no value.");
+    F("R zero", "N30 G2 R0", "has an invalid R (arc radius) value.");
+    F("R negative", "N30 G2 R-1", "has an invalid R (arc radius) value.");
+    F("I then R", "N30 G2 I1 R5", "has an I or J value in addition to an R value.");
+    F("J then R", "N30 G2 J-1 R5", "has an I or J value in addition to an R value.");
+    F("S without value", "N30 S", "has an S (rotational speed) code but no value.");
+    F("S 49", "N30 T2 S49", "has an invalid S (rotational speed) value.");
+    F("S 2001", "N30 S2001", "has an invalid S (rotational speed) value.");
+    v.push_back(Woodworker(Fault("S 8001", {"N10 T1", "N20 S8001"}, 3, "has an invalid S (rotational speed) value.")));
+    v.push_back(Woodworker(Fault("S 49", {"N10 T1", "N20 S49"}, 3, "has an invalid S (rotational speed) value.")));
+    v.push_back(Fault("T and S on one line", {"N10 G0 X0", "N20 T1 S1000"}, 3,
+                      "has an S (rotational speed) value\r\nwithout a preceeding Tool definition."));
+    F("S not after a T line", "N30 S1000", "has an S (rotational speed) value\r\nwithout a preceeding Tool definition.");
+    F("T without value", "N30 T", "has a T (Tool number) code but no value.");
+    F("T not in the table", "N30 T9", "Tool number 9 is not listed in the Tool Data Table.");
+    F("T beyond 16 bits", "N30 T99999", "Tool number 99999 is not listed in the Tool Data Table.");
+    F("T negative", "N30 T-1.5", "Tool number -2 is not listed in the Tool Data Table.");
+    F("P without value", "N30 G4 P", "has a P code but no value.");
+    F("P with G1", "N30 G1 P1", "the P code is not used by this command.");
+    F("X without value", "N30 G1 X", "has an X code but no value.");
+    F("Y without value", "N30 G1 Y Z", "has a Y code but no value.");
+    F("a tab is not trimmed before a value", "N30 G1 Y\t6", "has a Y code but no value.");
+    F("Z without value", "N30 G1 Z", "has a Z code but no value.");
+    F("X after S", "N30 X5", "the X code is not used by this command.");
+    F("Y with G4", "N30 G4 Y5", "the Y code is not used by this command.");
+    F("Z on a T line", "N30 T2 Z1", "the Z code is not used by this command.");
+    v.push_back(Fault("G right after the first T", {"N10 T1", "N20 G0 X1"}, 3,
+                      "has a G-code but there is no rotational speed (S)\r\nfollowing the first tool definition."));
+    v.push_back(Fault("the same first tool again needs its S again",
+                      {"N10 T1", "N20 S1000", "N30 G1 X1", "N40 T1", "N50 G1 X2"}, 6,
+                      "has a G-code but there is no rotational speed (S)\r\nfollowing the first tool definition."));
+    {
+        Case c;
+        c.name = QStringLiteral("a faulty line after pre-% lines");
+        c.lines = QStringList{"x", "y", "%", "N10 M3"};
+        c.withPercent = false;
+        c.marked = QStringLiteral("N10 M3");
+        c.error = QStringLiteral("Line 4:\r\nN10 M3\r\nhas a command letter (M) that is not\r\nrecognised by Brantok.\r\n");
+        v.push_back(c);
+    }
+    v.push_back(Fault("the first fault ends the read", ts + QStringList{"N30 M3", "N40 G7"}, 4,
+                      "has a command letter (M) that is not\r\nrecognised by Brantok."));
+
+    // --- The arc check.
+    v.push_back(Fault("R arc ending where it starts", TS({"N30 G0 X10 Y10 Z1", "N40 G2 X10 Y10 R5"}), 5,
+                      "does not define a valid arc"));
+    v.push_back(Fault("R arc after a line to the same point", TS({"N30 G1 X1 F9", "N35 G1 X10", "N40 G3 R5"}), 6,
+                      "does not define a valid arc"));
+
+    // --- Faults the trap takes.
+    v.push_back(Trap("S on the very first N line", {"N10 S1000"}, "strHeaderFromCommands", 9));
+    v.push_back(Trap("R arc as the very first entry", {"N10 G2 X10 Y10 R5", "N20 T1", "N30 S1000"},
+                     "strHeaderFromCommands", 9));
+    v.push_back(Trap("a value beyond the float range", TS({"N30 G1 X1" + QString(40, u'0')}), "sngGetVal", 6));
+    return v;
+}
+
+} // namespace
+
+TEST(Reader, EveryMessageAndQuirk)
+{
+    ReaderHarness h;
+    int n = 0;
+    for (const Case &c : Cases()) {
+        SCOPED_TRACE(c.name.toStdString());
+        h.corrections.clear();
+        gblnWoodworker = c.woodworker;
+        QByteArray bytes = c.withPercent ? ReaderHarness::program(c.lines) : c.lines.join("\r\n").toLatin1();
+        const QString file = h.write(QStringLiteral("case%1.brx").arg(++n), bytes);
+        if (c.trapProcedure) {
+            TrapRecorder trap;
+            EXPECT_THROW(ReadCommands(file), TrapEnded);
+            ASSERT_TRUE(trap.fired());
+            EXPECT_EQ(trap.report(), ExpectedTrap("modReader", c.trapProcedure, c.trapNumber,
+                                                  vb::faultDescription(c.trapNumber)));
+            EXPECT_TRUE(h.corrections.empty());
+            h.install();
+            continue;
+        }
+        ReadCommands(file);
+        if (c.error.isEmpty()) {
+            EXPECT_EQ(gintReadResult, 0);
+            if (!h.corrections.empty())
+                ADD_FAILURE() << h.corrections[0].errorText.toStdString();
+            if (c.check)
+                c.check();
+        } else {
+            ASSERT_EQ(h.corrections.size(), 1u);
+            EXPECT_EQ(h.corrections[0].errorText, c.error);
+            EXPECT_EQ(h.corrections[0].faultyLine, c.marked);
+            EXPECT_EQ(h.corrections[0].file, file);
+            EXPECT_EQ(gintReadResult, 1);   // the window was cancelled
+        }
+    }
+}

@@ -1,0 +1,46 @@
+// Real programs from other mills, rewritten in Brantok's dialect: every one must read
+// cleanly with the tools they name. The corpus lives outside the repository; the test is
+// skipped where it isn't ($BRANTOK_CORPUS names another folder).
+#include "core/state.h"
+#include "core/store.h"
+#include "nc/commands.h"
+#include "nc/reader.h"
+#include "nc/reader_harness.h"
+#include "support/test_support.h"
+#include "tools/tooltable.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+TEST(ReaderCorpus, EveryConvertedProgramReadsCleanly)
+{
+    const QString dir = qEnvironmentVariable("BRANTOK_CORPUS", QStringLiteral("/work/shared/corpus/converted"));
+    QFile tools(dir + QStringLiteral("/tools.txt"));
+    if (!tools.open(QIODevice::ReadOnly))
+        GTEST_SKIP() << "no corpus at " << dir.toStdString();
+
+    ReaderHarness h;
+    TempStore store;
+    int n = 0;
+    for (const QByteArray &line : tools.readAll().split('\n'))
+        if (!line.trimmed().isEmpty())
+            RegistryValuePut(strToolValueName(++n), QString::fromLatin1(line.trimmed()));
+    RegistryValuePut(QStringLiteral("ToolCount"), QString::number(n));
+    ToolDataLoad();
+    ReadStartSettings();   // the defaults: rapid 500 mm/min, not a WoodWorker
+
+    const QStringList files = QDir(dir).entryList({QStringLiteral("*.brx")}, QDir::Files, QDir::Name);
+    ASSERT_FALSE(files.isEmpty());
+    for (const QString &name : files) {
+        h.corrections.clear();
+        ReadCommands(dir + u'/' + name);
+        EXPECT_EQ(gintReadResult, 0) << name.toStdString();
+        if (!h.corrections.empty())
+            ADD_FAILURE() << name.toStdString() << ": " << h.corrections[0].errorText.toStdString();
+        EXPECT_GT(glngCommandCount, 0) << name.toStdString();
+        EXPECT_GT(gintUsedToolCount, 0) << name.toStdString();
+        EXPECT_GT(gsngBilletLength * gsngBilletWidth * gsngBilletDepth, 0.0f) << name.toStdString();
+    }
+}
