@@ -205,6 +205,7 @@ void FrmToolType::Form_Load() try {
     for (QListWidget *list : {lstTypeStandard, lstTypeUser, lstTypeUserNew})
         list->setCurrentRow(-1);
     blnInClick = false;
+    txtNewType->setFocus();
 } catch (...) {
     LogError("frmToolType", "Form_Load");
 }

@@ -21,11 +21,12 @@ const QString vbCrLf = QStringLiteral("\r\n");
 }
 
 ToolDataPanel::ToolDataPanel(QWidget *parent, std::function<void(int16_t)> setMode)
-    : QWidget(parent), m_setMode(std::move(setMode))
+    : QFrame(parent), m_setMode(std::move(setMode))
 {
     setObjectName(QStringLiteral("picTools"));
     setAccessibleName(QStringLiteral("Tool Data Table"));
     setAutoFillBackground(true);
+    setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
     grdTools = new ToolGrid(QStringLiteral("grdTools"), QStringLiteral("cmdSort"), this);
     cmdAdd = new QPushButton(QStringLiteral("Add"), this);
     cmdEdit = new QPushButton(QStringLiteral("Edit"), this);

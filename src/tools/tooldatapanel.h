@@ -8,7 +8,7 @@
 // SetMode(5) must fill the grid (ToolDataShow on grdTools) and show the page.
 #pragma once
 
-#include <QWidget>
+#include <QFrame>
 
 #include <cstdint>
 #include <functional>
@@ -16,7 +16,7 @@
 class QPushButton;
 class ToolGrid;
 
-class ToolDataPanel : public QWidget {
+class ToolDataPanel : public QFrame {
     Q_OBJECT
 public:
     ToolDataPanel(QWidget *parent, std::function<void(int16_t)> setMode);
