@@ -1,5 +1,9 @@
 #include "platform/keystate.h"
 
+#include "core/hooks.h"
+
+#include <QThread>
+
 namespace {
 
 // Before the program installs its event filter, and in tools without one: every key is up.
@@ -18,6 +22,14 @@ KeyState &keyState() { return gKeyState ? *gKeyState : static_cast<KeyState &>(g
 void SetKeyState(KeyState *state) { gKeyState = state; }
 
 bool KeyIsDown(int vk) { return keyState().blnKeyDown(vk); }
+
+void WaitEnterSpaceUp()
+{
+    while (KeyIsDown(VK_RETURN) || KeyIsDown(VK_SPACE)) {
+        DoEvents();
+        QThread::msleep(1);
+    }
+}
 
 bool FakeKeyState::blnKeyDown(int vk) const
 {

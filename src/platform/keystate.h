@@ -74,6 +74,10 @@ KeyState &keyState();
 void SetKeyState(KeyState *state);
 // The program's question "is this key down now".
 bool KeyIsDown(int vk);
+// Returns once Enter and Space are both up. The key that pressed a button or closed a box
+// must not reach what comes next. Events run meanwhile (the release is one of them); the
+// caller makes sure no click can act during the wait. No time-out: a held key holds.
+void WaitEnterSpaceUp();
 
 // The test double: keys are pressed and released by the test. `onQuery`, when set, runs
 // before every answer with the key asked about, so a test can change the keys as a polling

@@ -235,3 +235,24 @@ TEST(KeyStateAccess, DestroyedEventStateUninstallsItself)
     }
     EXPECT_FALSE(KeyIsDown(VK_SPACE));
 }
+
+TEST(KeyStateAccess, WaitEnterSpaceUpReturnsOnceBothAreUp)
+{
+    FakeKeyState fake;
+    ScopedKeyState scoped(&fake);
+    WaitEnterSpaceUp();   // nothing held: at once
+    fake.Press(VK_RETURN);
+    fake.Press(VK_SPACE);
+    int looks = 0;
+    fake.onQuery = [&](int vk) {
+        ++looks;
+        if (looks == 5)
+            fake.Release(VK_RETURN);
+        if (looks >= 9 && vk == VK_SPACE)
+            fake.Release(VK_SPACE);
+    };
+    WaitEnterSpaceUp();
+    EXPECT_FALSE(KeyIsDown(VK_RETURN));
+    EXPECT_FALSE(KeyIsDown(VK_SPACE));
+    EXPECT_GE(looks, 9);
+}
