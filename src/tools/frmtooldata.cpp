@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QRegularExpressionValidator>
@@ -21,25 +22,25 @@
 using namespace vb;
 
 namespace {
-FrmToolData *gfrmToolData = nullptr;
+// Guarded: the dialog goes with its owner if that is unloaded first.
+QPointer<FrmToolData> gfrmToolData;
 const QString vbCrLf = QStringLiteral("\r\n");
 }
 
 FrmToolData &frmToolData()
 {
     if (!gfrmToolData) {
-        gfrmToolData = new FrmToolData(MainWindowForDialogs());
+        gfrmToolData = new FrmToolData(DialogOwner());
         gfrmToolData->Form_Load();
     }
-    return *gfrmToolData;
+    return *gfrmToolData.data();
 }
 
-bool blnFrmToolDataLoaded() { return gfrmToolData != nullptr; }
+bool blnFrmToolDataLoaded() { return !gfrmToolData.isNull(); }
 
 void UnloadFrmToolData()
 {
-    delete gfrmToolData;
-    gfrmToolData = nullptr;
+    delete gfrmToolData.data();
 }
 
 FrmToolData::FrmToolData(QWidget *parent) : QDialog(parent)

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -19,24 +20,24 @@
 using namespace vb;
 
 namespace {
-FrmToolType *gfrmToolType = nullptr;
+// Guarded: the dialog goes with its owner if that is unloaded first.
+QPointer<FrmToolType> gfrmToolType;
 }
 
 FrmToolType &frmToolType()
 {
     if (!gfrmToolType) {
-        gfrmToolType = new FrmToolType(MainWindowForDialogs());
+        gfrmToolType = new FrmToolType(DialogOwner());
         gfrmToolType->Form_Load();
     }
-    return *gfrmToolType;
+    return *gfrmToolType.data();
 }
 
-bool blnFrmToolTypeLoaded() { return gfrmToolType != nullptr; }
+bool blnFrmToolTypeLoaded() { return !gfrmToolType.isNull(); }
 
 void UnloadFrmToolType()
 {
-    delete gfrmToolType;
-    gfrmToolType = nullptr;
+    delete gfrmToolType.data();
 }
 
 QWidget *MainWindowForDialogs()
@@ -45,6 +46,13 @@ QWidget *MainWindowForDialogs()
         if (w->objectName() == QLatin1String("frmMain"))
             return w;
     return QApplication::activeWindow();
+}
+
+QWidget *DialogOwner()
+{
+    if (QWidget *modal = QApplication::activeModalWidget())
+        return modal;
+    return MainWindowForDialogs();
 }
 
 void CentreOverMainWindow(QWidget *dialog)

@@ -72,5 +72,8 @@ int16_t intItemData(QListWidget *list, int row);
 // The main window, over which the dialogs centre themselves (the top-level widget named
 // "frmMain"; the active window while there is none).
 QWidget *MainWindowForDialogs();
+// The window a dialog belongs to: the modal dialog in front (so that a dialog opened from a
+// dialog stays above it), else the main window.
+QWidget *DialogOwner();
 // Centres a dialog over the main window.
 void CentreOverMainWindow(QWidget *dialog);

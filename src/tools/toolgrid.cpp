@@ -120,6 +120,9 @@ ToolGrid::ToolGrid(const QString &gridName, const QString &sortName, QWidget *pa
     });
     SetRows(1 + kRowsInView);
     Place();
+    // No current cell from the start: the view would otherwise make its first cell current
+    // when it first takes the focus, as if the operator had clicked it.
+    SetCell(0, 0);
 }
 
 void ToolGrid::UserMovedTo(int tableRow, int col)
