@@ -3,6 +3,14 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 
+#ifdef BRANTOK_HAVE_XCB
+#include <QtGui/qguiapplication_platform.h>
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <cstring>
+#endif
+
 namespace {
 
 // The keypad by its X11 / Wayland key code (evdev + 8), NumLock and layout aside.
@@ -114,11 +122,53 @@ int intVirtualKey(int qtKey, Qt::KeyboardModifiers modifiers, quint32 scanCode, 
     return intMainKey(qtKey);
 }
 
-EventKeyState::EventKeyState(QObject *parent) : EventKeyState(blnPlatformHasEvdevCodes(), parent) {}
+KeymapReader X11KeymapReader()
+{
+#ifdef BRANTOK_HAVE_XCB
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        return {};
+    auto *x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    xcb_connection_t *connection = x11 ? x11->connection() : nullptr;
+    if (!connection)
+        return {};
+    // One round trip to the server (well under a millisecond on the same machine).
+    return [connection](std::array<uint8_t, 32> &keys) {
+        xcb_query_keymap_reply_t *reply = xcb_query_keymap_reply(connection, xcb_query_keymap(connection), nullptr);
+        if (!reply)
+            return false;
+        static_assert(sizeof(reply->keys) == 32);
+        std::memcpy(keys.data(), reply->keys, keys.size());
+        std::free(reply);
+        return true;
+    };
+#else
+    return {};
+#endif
+}
 
-EventKeyState::EventKeyState(bool blnEvdevCodes, QObject *parent) : QObject(parent), m_blnEvdevCodes(blnEvdevCodes)
+EventKeyState::EventKeyState(QObject *parent)
+    : EventKeyState(blnPlatformHasEvdevCodes(), X11KeymapReader(), parent)
+{
+}
+
+EventKeyState::EventKeyState(bool blnEvdevCodes, KeymapReader keymap, QObject *parent)
+    : QObject(parent), m_blnEvdevCodes(blnEvdevCodes), m_keymap(std::move(keymap))
 {
     Install();
+}
+
+int EventKeyState::intServerState(quint32 scanCode, bool blnFresh) const
+{
+    if (!m_keymap || scanCode == 0 || scanCode > 255)
+        return -1;
+    if (blnFresh || !m_keysAge.isValid() || m_keysAge.elapsed() >= 2) {
+        if (!m_keymap(m_keys)) {
+            m_keysAge.invalidate();
+            return -1;
+        }
+        m_keysAge.start();
+    }
+    return (m_keys[scanCode / 8] >> (scanCode % 8)) & 1;
 }
 
 EventKeyState::~EventKeyState()
@@ -135,9 +185,17 @@ void EventKeyState::Install()
 
 bool EventKeyState::blnKeyDown(int vk) const
 {
-    for (const auto &held : m_held)
-        if (held.second == vk)
+    for (auto it = m_held.begin(); it != m_held.end();) {
+        if (it->second != vk) {
+            ++it;
+            continue;
+        }
+        // Held by the events; the server has the last word (a release may have been lost).
+        const auto scan = it->first >> 32 ? quint32{0} : static_cast<quint32>(it->first);
+        if (intServerState(scan, false) != 0)
             return true;
+        it = m_held.erase(it);
+    }
     return false;
 }
 
@@ -156,12 +214,15 @@ bool EventKeyState::eventFilter(QObject *watched, QEvent *event)
         // keypad doesn't change with NumLock or Shift.
         const uint64_t physical =
             key->nativeScanCode() != 0 ? key->nativeScanCode() : (uint64_t{1} << 32) | static_cast<uint32_t>(vk);
+        m_keysAge.invalidate();   // the next answer reads the server anew
         if (event->type() == QEvent::KeyPress) {
             if (vk != 0)
                 m_held[physical] = vk;
-        } else {
+        } else if (m_held.count(physical) != 0 && intServerState(key->nativeScanCode(), true) != 1) {
             m_held.erase(physical);
         }
+        // A release while the server still has the key down is an auto-repeat pair that Qt
+        // didn't mark: the key stays held.
         break;
     }
     case QEvent::ApplicationStateChange:

@@ -4,11 +4,13 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QThread>
 #include <QWidget>
 
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <set>
 
 namespace {
 
@@ -22,7 +24,7 @@ protected:
     {
         m_window = std::make_unique<QWidget>();
         m_child = new QWidget(m_window.get());   // ignores keys: they travel on to the window
-        m_keys = std::make_unique<EventKeyState>(true, nullptr);
+        m_keys = std::make_unique<EventKeyState>(true, KeymapReader(), nullptr);
         SetKeyState(m_keys.get());
     }
     void TearDown() override
@@ -227,7 +229,7 @@ TEST(KeyStateAccess, FakeAndNoneInstalled)
 TEST(KeyStateAccess, DestroyedEventStateUninstallsItself)
 {
     {
-        EventKeyState keys(true, nullptr);
+        EventKeyState keys(true, KeymapReader(), nullptr);
         SetKeyState(&keys);
         QKeyEvent e(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, 65, 0, 0);
         QCoreApplication::sendEvent(qApp, &e);
@@ -255,4 +257,93 @@ TEST(KeyStateAccess, WaitEnterSpaceUpReturnsOnceBothAreUp)
     EXPECT_FALSE(KeyIsDown(VK_RETURN));
     EXPECT_FALSE(KeyIsDown(VK_SPACE));
     EXPECT_GE(looks, 9);
+}
+
+namespace {
+
+// The key state with a stand-in for the X server's keyboard state.
+class ServerKeyEvents : public KeyEvents {
+protected:
+    void SetUp() override
+    {
+        KeyEvents::SetUp();
+        m_keys = std::make_unique<EventKeyState>(
+            true,
+            [this](std::array<uint8_t, 32> &keys) {
+                ++m_reads;
+                if (!m_serverAnswers)
+                    return false;
+                keys.fill(0);
+                for (quint32 code : m_serverDown)
+                    keys[code / 8] |= static_cast<uint8_t>(1u << (code % 8));
+                return true;
+            },
+            nullptr);
+        SetKeyState(m_keys.get());
+    }
+    // Past the time a reading of the server may be reused.
+    static void Later() { QThread::msleep(3); }
+
+    std::set<quint32> m_serverDown;
+    bool m_serverAnswers = true;
+    int m_reads = 0;
+};
+
+} // namespace
+
+TEST_F(ServerKeyEvents, AReleaseThatNeverArrivedIsCaughtByTheServer)
+{
+    m_serverDown = {kScanRight};
+    Press(Qt::Key_Right, kScanRight);
+    EXPECT_TRUE(KeyIsDown(VK_RIGHT));
+    // Released while a modal window was coming up: no event, but the server knows.
+    m_serverDown.clear();
+    Later();
+    EXPECT_FALSE(KeyIsDown(VK_RIGHT));
+    EXPECT_EQ(m_keys->intKeysHeld(), 0);
+}
+
+TEST_F(ServerKeyEvents, AnUnmarkedAutoRepeatPairKeepsTheKeyDown)
+{
+    m_serverDown = {kScanRight};
+    Press(Qt::Key_Right, kScanRight);
+    for (int i = 0; i < 3; ++i) {
+        Release(Qt::Key_Right, kScanRight);   // not marked as a repeat, key still down
+        EXPECT_TRUE(KeyIsDown(VK_RIGHT));
+        Press(Qt::Key_Right, kScanRight);
+    }
+    m_serverDown.clear();
+    Release(Qt::Key_Right, kScanRight);
+    EXPECT_FALSE(KeyIsDown(VK_RIGHT));
+}
+
+TEST_F(ServerKeyEvents, TheServerNeverMakesAKeyDownByItself)
+{
+    m_serverDown = {kScanUp, kScanEnter};
+    EXPECT_FALSE(KeyIsDown(VK_UP));
+    EXPECT_FALSE(KeyIsDown(VK_RETURN));
+    EXPECT_EQ(m_reads, 0);   // no key held by the events: nothing to ask
+    // A server that doesn't answer leaves the events in charge.
+    m_serverAnswers = false;
+    Press(Qt::Key_Up, kScanUp);
+    m_serverDown.clear();
+    EXPECT_TRUE(KeyIsDown(VK_UP));
+    Release(Qt::Key_Up, kScanUp);
+    EXPECT_FALSE(KeyIsDown(VK_UP));
+}
+
+TEST_F(ServerKeyEvents, ReadingsAreReusedForTwoMillisecondsOnly)
+{
+    m_serverDown = {kScanRight, kScanUp};
+    Press(Qt::Key_Right, kScanRight);
+    Press(Qt::Key_Up, kScanUp);
+    const int before = m_reads;
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_TRUE(KeyIsDown(VK_RIGHT));
+        EXPECT_TRUE(KeyIsDown(VK_UP));
+    }
+    EXPECT_LE(m_reads - before, 2);
+    Later();
+    KeyIsDown(VK_RIGHT);
+    EXPECT_GT(m_reads - before, 0);
 }
