@@ -63,13 +63,18 @@ Qt::Alignment AlignmentOf(int code, const QString &text)
 
 // The grid control's sort codes: 1/2 generic (numbers as numbers, before text; text without
 // case), 3/4 numeric (the leading number of the text), 7/8 text with case. Odd ascending.
+// The same for every locale, so the order on the screen never depends on the machine.
 bool blnSortsBefore(int code, const QString &a, const QString &b)
 {
     switch (code) {
     case 3:
     case 4: return Val(a) < Val(b);
     case 7:
-    case 8: return QString::compare(a, b, Qt::CaseSensitive) < 0;
+    case 8: {
+        // Alphabetical as a person reads it; names that differ only in case, capitals first.
+        const int c = QString::compare(a, b, Qt::CaseInsensitive);
+        return c != 0 ? c < 0 : QString::compare(a, b, Qt::CaseSensitive) < 0;
+    }
     default: {
         double va = 0, vb = 0;
         const bool na = blnIsNumber(a, va), nb = blnIsNumber(b, vb);

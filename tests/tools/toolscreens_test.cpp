@@ -88,10 +88,10 @@ TEST_F(ToolScreens, SortTwiceTurnsTheOrderAndAnotherColumnBeginsAscending)
     grid.cmdSort[2]->click();
     EXPECT_EQ(grid.TextMatrix(0, 2), QStringLiteral("Asc"));
     EXPECT_EQ(Column(grid, 2), QStringList({"2.000", "4.000", "9.000", "10.000"}));
-    // Types with case: capitals first; equal types keep their order.
+    // Types alphabetical; equal types keep their order.
     grid.cmdSort[1]->click();
-    EXPECT_EQ(Column(grid, 1), QStringList({"Ball end", "End mill", "End mill", "drill"}));
-    EXPECT_EQ(Column(grid, 0), QStringList({"7", "5", "12", "3"}));
+    EXPECT_EQ(Column(grid, 1), QStringList({"Ball end", "drill", "End mill", "End mill"}));
+    EXPECT_EQ(Column(grid, 0), QStringList({"7", "3", "5", "12"}));
     // Offsets: numbers in order, then "unknown"; descending the other way round.
     grid.cmdSort[3]->click();
     EXPECT_EQ(Column(grid, 3), QStringList({"-0.250", "1.500", "unknown", "unknown"}));
