@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QPointer>
 
 #ifdef BRANTOK_HAVE_XCB
 #include <QtGui/qguiapplication_platform.h>
@@ -239,7 +240,8 @@ bool EventKeyState::eventFilter(QObject *watched, QEvent *event)
 
 void InstallEventKeyState()
 {
-    static EventKeyState *state = nullptr;
+    // Owned by the application object; gone (and null here) with it.
+    static QPointer<EventKeyState> state;
     if (!state)
         state = new EventKeyState(QCoreApplication::instance());
     SetKeyState(state);
