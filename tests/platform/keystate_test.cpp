@@ -347,3 +347,15 @@ TEST_F(ServerKeyEvents, ReadingsAreReusedForTwoMillisecondsOnly)
     KeyIsDown(VK_RIGHT);
     EXPECT_GT(m_reads - before, 0);
 }
+
+TEST(KeyStateAccess, TheProgramsKeyStateHearsTheApplication)
+{
+    InstallEventKeyState();
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, 0, 0, 0);
+    QCoreApplication::sendEvent(qApp, &press);
+    EXPECT_TRUE(KeyIsDown(VK_ESCAPE));
+    QKeyEvent release(QEvent::KeyRelease, Qt::Key_Escape, Qt::NoModifier, 0, 0, 0);
+    QCoreApplication::sendEvent(qApp, &release);
+    EXPECT_FALSE(KeyIsDown(VK_ESCAPE));
+    SetKeyState(nullptr);
+}
