@@ -3,9 +3,13 @@
 // store and goes back to the main menu. There is no cancel: leaving by the toolbar's Back
 // keeps the edits in memory until the next Done or the end of the run.
 //
-// The main window owns the page and its modes. It creates the page with a function that
-// sets a mode (SetMode); the page calls it with 5 to show itself and with 1 when Done.
-// SetMode(5) must fill the grid (ToolDataShow on grdTools) and show the page.
+// The main window owns the page and its modes:
+//   picTools = new ToolDataPanel(<frmMain's panel area>, [](int16_t m) { SetMode(m); });
+//   SetMode's common step hides picTools; mode 5 runs ToolDataShow(*picTools->grdTools)
+//   and shows picTools; ShowToolData() (menu "ToolData", and "Mill"/"Offsets" with no tools)
+//   is picTools->ShowToolData(); Form_Resize centres it with picTools->Centre(); toolbar
+//   Back in mode 5 is SetMode(1) alone (no save).
+// The page calls the mode function with 5 to show itself and with 1 after Done has saved.
 #pragma once
 
 #include <QFrame>
