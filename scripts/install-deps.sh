@@ -3,7 +3,7 @@
 # Does nothing when every package is already there. Works as root or through sudo.
 set -e
 PKGS="g++ make cmake ninja-build pkg-config qt6-base-dev qt6-base-dev-tools qt6-serialport-dev libgl-dev \
-libgtest-dev libgmock-dev libbenchmark-dev"
+libgtest-dev libgmock-dev libbenchmark-dev libxcb1-dev"
 [ "$1" = "--run" ] && PKGS="$PKGS qt6-qpa-plugins"
 missing=""
 for p in $PKGS; do
