@@ -1,8 +1,14 @@
 #include "platform/gui_hooks.h"
 
+#include "core/frm_main.h"
 #include "core/hooks.h"
+#include "platform/keystate.h"
+#include "platform/msgbox_gui.h"
 
 void InstallGuiHooks()
 {
-    // Filled in as the forms arrive.
+    InstallKeyState();
+    uiHooks().messageBox = GuiMsgBox;
+    uiHooks().pageTurnStart = PageTurnStart;
+    uiHooks().pageTurnStop = PageTurnStop;
 }
