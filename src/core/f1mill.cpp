@@ -48,10 +48,11 @@ void SetCommandLine(const QString &strCommand) { gstrCommand = strCommand; }
 QString CommandLine() { return gstrCommand; }
 void ResetShutdown() { gblnShutdownRun = false; }
 
-void CheckPrevInstance()
+void CheckPrevInstance() { CheckPrevInstance(TheInstanceGuard()); }
+
+void CheckPrevInstance(InstanceGuard &guard)
 {
     // No trap here: nothing has been opened, and a fault must not leave a second copy up.
-    InstanceGuard &guard = TheInstanceGuard();
     if (guard.acquire())
         return;   // the first copy: it listens for later ones
     // Another copy runs. Ask it to come forward; if it can't be reached, say why we stop.

@@ -11,6 +11,8 @@ void Main();
 // Ends the program if another copy runs: the first copy's window is brought forward, or,
 // if it can't be found, the refusal box. Never returns in the second copy.
 void CheckPrevInstance();
+class InstanceGuard;
+void CheckPrevInstance(InstanceGuard &guard);   // the same with a given guard (tests)
 // The second stage of the start: shows frmMain, then the first-run path or the file from
 // the command line.
 void MainProcess();
