@@ -23,8 +23,8 @@ void PictureButton::mouseReleaseEvent(QMouseEvent *e)
 MenuEntry::MenuEntry(int index, QWidget *parent) : QLabel(parent), m_index(index)
 {
     setFocusPolicy(Qt::StrongFocus);
-    setMouseTracking(true);
     setTextInteractionFlags(Qt::NoTextInteraction);   // read-only, no caret, no selection
+    setMouseTracking(true);                           // after: the flags above switch it off
     setCursor(Qt::PointingHandCursor);
     QFont f = font();
     f.setPointSize(15);
@@ -46,8 +46,9 @@ void MenuEntry::setForeColor(const QColor &c)
 
 void MenuEntry::mouseMoveEvent(QMouseEvent *e)
 {
+    // Taken here: passed on, the panel under the entry would turn every entry blue again.
+    e->accept();
     emit mouseMoved(m_index);
-    QLabel::mouseMoveEvent(e);
 }
 
 void MenuEntry::mouseReleaseEvent(QMouseEvent *e)

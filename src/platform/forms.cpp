@@ -5,6 +5,7 @@
 #include <QEventLoop>
 #include <QPointer>
 #include <QScreen>
+#include <QTimer>
 
 #include <vector>
 
@@ -76,6 +77,10 @@ bool Unload(QWidget *form)
     c.erase(c.begin() + index);
     if (forget)
         forget();
+    // An unloaded form's timers die with it at once, not when the object is finally
+    // deleted: a tick in between would load the form again through its name.
+    for (QTimer *t : form->findChildren<QTimer *>())
+        t->stop();
     form->hide();   // ends a modal show
     form->deleteLater();
     return true;
