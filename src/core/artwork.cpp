@@ -27,10 +27,11 @@ QPixmap BookFrame(int intFrame)
 {
     // An open book seen from above; the right-hand page lifts, stands and falls onto the
     // left over frames 0..11. The page's free edge moves along a half ellipse.
-    const int w = 40, h = 32;
-    QPixmap pm = blank(w, h);
+    // Drawn on a 40 x 32 grid, shown at 48 x 38 pixels.
+    QPixmap pm = blank(48, 38);
     QPainter p(&pm);
     p.setRenderHint(QPainter::Antialiasing);
+    p.scale(1.2, 1.2);
     const QPointF spine(20, 27);
     // Cover.
     p.setPen(Qt::NoPen);
@@ -139,8 +140,8 @@ QPixmap MillArt(int width, int height)
     p.setBrush(metal(8, 92));
     p.drawRoundedRect(QRectF(8, 122, 84, 12), 2, 2);
     // Column.
-    p.setBrush(metal(62, 84));
-    p.drawRect(QRectF(62, 20, 22, 102));
+    p.setBrush(metal(58, 80));
+    p.drawRect(QRectF(58, 30, 22, 92));
     // Head on the column.
     p.setBrush(metal(30, 80));
     p.drawRoundedRect(QRectF(28, 14, 54, 30), 4, 4);

@@ -6,7 +6,7 @@
 #include <QIcon>
 #include <QPixmap>
 
-// imgBook(0..11): a book turning one page over twelve frames. 40 x 32 pixels.
+// imgBook(0..11): a book turning one page over twelve frames. 48 x 38 pixels.
 QPixmap BookFrame(int intFrame);
 // imgHead: the program's name over the main menu.
 QPixmap HeadArt(int width, int height);

@@ -42,6 +42,9 @@ FrmAbout::FrmAbout()
     setWindowTitle(QStringLiteral("About ") + AppTitle());
     setWindowIcon(AppIcon());
     setFixedSize(440, 280);
+    QPalette pal = palette();
+    pal.setColor(QPalette::Window, QColor(0xfb, 0xfc, 0xfd));
+    setPalette(pal);
     // Places in pixels, as the form was drawn (the welcome panel's place is given in twips).
     imgHead = new QLabel(this);
     imgHead->setObjectName(QStringLiteral("imgHead"));
@@ -81,9 +84,9 @@ FrmAbout::FrmAbout()
     picFirst = new QFrame(this);
     picFirst->setObjectName(QStringLiteral("picFirst"));
     picFirst->setAccessibleName(QStringLiteral("Welcome to Brantok"));
-    picFirst->setFrameShape(QFrame::StyledPanel);
-    picFirst->setAutoFillBackground(true);
-    picFirst->setGeometry(16, 85, 408, 140);
+    picFirst->setStyleSheet(QStringLiteral("#picFirst { background: #ffffff; border: 1px solid #d5dbe1; "
+                                           "border-left: 5px solid #e06c1c; border-radius: 6px; }"));
+    picFirst->setGeometry(16, 85, 408, 132);
     lblFirst = new QLabel(picFirst);
     lblFirst->setObjectName(QStringLiteral("lblFirst"));
     lblFirst->setAccessibleName(QStringLiteral("Welcome to Brantok"));
@@ -92,7 +95,7 @@ FrmAbout::FrmAbout()
     lblFirst->setText(QStringLiteral("<p style='font-size:13pt'><b>Welcome to Brantok</b></p>"
                                      "<p>As this appears to be the first time of use, please click Ok and "
                                      "then review the Program Settings.</p>"));
-    lblFirst->setGeometry(14, 10, 380, 120);
+    lblFirst->setGeometry(18, 10, 376, 112);
     lblFirst->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     picFirst->hide();
 }

@@ -34,6 +34,8 @@ FrmSettings::FrmSettings()
         w->setAccessibleName(a);
     };
     auto *lay = new QVBoxLayout(this);
+    lay->setContentsMargins(18, 16, 18, 14);
+    lay->setSpacing(9);
     chkOnline = new QCheckBox(QStringLiteral("Use Mill Controller  "), this);
     name(chkOnline, "chkOnline", QStringLiteral("Use Mill Controller"));
     chkOnline->setToolTip(QStringLiteral("Check this box if you have the Lovetch Lathe Controller connected to your "

@@ -18,6 +18,10 @@
 
 #include <memory>
 
+// The help pages are compiled into the ui library; a static library's resources must be
+// registered by hand, or the linker drops them.
+static void initResources() { Q_INIT_RESOURCE(resources); }
+
 std::function<QString(const QString &)> gfnFindProgram = [](const QString &name) {
     return QStandardPaths::findExecutable(name);
 };
@@ -41,6 +45,7 @@ public:
         lstPages->setObjectName(QStringLiteral("lstPages"));
         lstPages->setAccessibleName(QStringLiteral("Help pages"));
         lstPages->setMaximumWidth(210);
+        lstPages->setStyleSheet(QStringLiteral("QListWidget::item { padding: 5px 4px; }"));
         rtbPage = new QTextBrowser(this);
         rtbPage->setObjectName(QStringLiteral("rtbPage"));
         rtbPage->setAccessibleName(QStringLiteral("Help page"));
@@ -69,6 +74,7 @@ public:
                 }
         });
     }
+    QString pageText() const { return rtbPage->toPlainText(); }
     void showPage(const QString &page) { rtbPage->setSource(QUrl(QStringLiteral("qrc:/help/") + page + QStringLiteral(".html"))); }
     QListWidget *lstPages;
     QTextBrowser *rtbPage;
@@ -76,6 +82,8 @@ public:
 
 HelpWindow *helpWindow()
 {
+    static bool registered = (initResources(), true);
+    (void)registered;
     static QPointer<HelpWindow> w;
     if (!w)
         w = new HelpWindow;
@@ -116,6 +124,8 @@ void ShowHelp(const QString &strTopic) try {
 } catch (...) {
     LogError("frmMain", "ShowHelp");
 }
+
+QString HelpPageText() { return helpWindow()->pageText(); }
 
 QStringList CalculatorCandidates()
 {

@@ -9,6 +9,8 @@
 // Shows a help page in the help window: "contents" (Help > Contents) or "machining"
 // (Help > Machining with Brantok). The window stays up beside the program.
 void ShowHelp(const QString &strTopic);
+// The text of the page the help window shows (tests).
+QString HelpPageText();
 
 // Tools > Calculator: brings the calculator this program started forward, or starts the
 // first installed of the desktop calculators; says so when there is none.

@@ -38,7 +38,8 @@ void MenuEntry::setForeColor(const QColor &c)
     m_color = c;
     // Red is the entry under the mouse or with the focus: a light band marks it as well.
     const bool hot = c == kMenuRed;
-    setStyleSheet(QStringLiteral("MenuEntry { color: %1; border-radius: 6px; background: %2; %3 }")
+    setStyleSheet(QStringLiteral("MenuEntry { color: %1; border-radius: 6px; background: %2; %3 } "
+                                 "MenuEntry:disabled { color: #8a96a3; }")
                       .arg(c.name(), hot ? QStringLiteral("#fdecea") : QStringLiteral("transparent"),
                            hot ? QStringLiteral("border-left: 4px solid %1;").arg(c.name())
                                : QStringLiteral("border-left: 4px solid transparent;")));

@@ -122,7 +122,8 @@ PicTools::PicTools(QWidget *parent) : QFrame(parent)
         cmdSort[static_cast<size_t>(i)] = b;
     }
     grdTools = named(new QTableWidget(9, 4, this), "grdTools", QStringLiteral("Tools"));
-    grdTools->setGeometry(18, 70, 420, 330);
+    grdTools->setGeometry(18, 70, 420, 9 * 30 + 4);
+    grdTools->verticalHeader()->setDefaultSectionSize(30);
     grdTools->horizontalHeader()->hide();
     grdTools->verticalHeader()->hide();
     grdTools->setEditTriggers(QAbstractItemView::NoEditTriggers);

@@ -379,7 +379,7 @@ TEST(BookArt, TwelveDifferentFrames)
 {
     for (int i = 0; i < 12; ++i) {
         QImage a = BookFrame(i).toImage(), b = BookFrame((i + 1) % 12).toImage();
-        EXPECT_EQ(a.size(), QSize(40, 32));
+        EXPECT_EQ(a.size(), QSize(48, 38));
         EXPECT_NE(a, b) << "frame " << i;
     }
 }
