@@ -17,11 +17,14 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QScreen>
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QTextEdit>
 #include <QToolBar>
 #include <QToolButton>
+
+#include <algorithm>
 
 namespace {
 FrmMain *g_frmMain = nullptr;
@@ -57,6 +60,29 @@ QString MainCaption(const QString &strFile)
 {
     QString caption = QStringLiteral("Brantok for the Emco F1 Mill");
     return strFile.isEmpty() ? caption : caption + QStringLiteral(" - ") + strFile;
+}
+
+QRect StoredWindowPlace(int intTwipsPerPixel)
+{
+    // A hand-edited or damaged value must not stop the program at its start: the numbers are
+    // read as numbers and kept within reach, and a window that would stand on no screen
+    // (a monitor since removed) comes back at the default place.
+    auto twips = [](const char *name, const char *def) {
+        double v = vb::Val(strRegistryValueGet(QString::fromLatin1(name), QString::fromLatin1(def)));
+        return static_cast<int>(std::clamp(v, -1.0e7, 1.0e7));
+    };
+    const int tpp = intTwipsPerPixel > 0 ? intTwipsPerPixel : 15;
+    QRect place(twips("MainLeft", "1000") / tpp, twips("MainTop", "1000") / tpp,
+                qMax(200, twips("MainWidth", "12000") / tpp), qMax(150, twips("MainHeight", "9000") / tpp));
+    bool seen = false;
+    for (QScreen *s : QGuiApplication::screens()) {
+        QRect common = s->availableGeometry().intersected(place);
+        if (common.width() >= 100 && common.height() >= 50)
+            seen = true;
+    }
+    if (!seen && !QGuiApplication::screens().isEmpty())
+        place = QRect(1000 / tpp, 1000 / tpp, 12000 / tpp, 9000 / tpp);
+    return place;
 }
 
 FrmMain::FrmMain()
@@ -269,13 +295,9 @@ QPixmap FrmMain::ilsSpindle(int intIndex) const { return SpindleImage(intIndex);
 void FrmMain::Form_Load() try {
     const int tpp = gintTwipsPerPixel > 0 ? gintTwipsPerPixel : 15;
     // 1. Place the window, from the store in twips.
-    auto twips = [](const char *name, const char *def) {
-        return vb::CLng(vb::Val(strRegistryValueGet(QString::fromLatin1(name), QString::fromLatin1(def))));
-    };
-    int32_t left = twips("MainLeft", "1000"), top = twips("MainTop", "1000");
-    int32_t width = twips("MainWidth", "12000"), height = twips("MainHeight", "9000");
-    move(left / tpp, top / tpp);
-    resize(qMax(1, width / tpp), qMax(1, height / tpp));
+    QRect place = StoredWindowPlace(tpp);
+    move(place.topLeft());
+    resize(place.size());
     // 2. Caption.
     setWindowTitle(MainCaption(QString()));
     // 3. lblEscape centred in picMachining.

@@ -128,5 +128,9 @@ void HideCaret();
 void ShowCaret();
 bool CaretShown();
 
+// The main window's place and size in pixels from the store's "MainLeft", "MainTop",
+// "MainWidth", "MainHeight" (twips; defaults 1000, 1000, 12000, 9000).
+QRect StoredWindowPlace(int intTwipsPerPixel);
+
 // The window caption of the main menu.
 QString MainCaption(const QString &strFile);

@@ -146,6 +146,26 @@ TEST_F(Start, DefaultsWithAnEmptyStore)
     EXPECT_EQ(f->size(), QSize(800, 600));
 }
 
+TEST_F(Start, DamagedOrOffScreenPlacesFallBackToTheDefault)
+{
+    const QRect def(1000 / 15, 1000 / 15, 800, 600);
+    struct Case {
+        const char *ini;
+        bool isDefault;
+    };
+    const Case cases[] = {
+        {"MainLeft=1e20\nMainTop=-1e20\n", true},
+        {"MainLeft=900000\nMainTop=900000\n", true},
+        {"MainLeft=abc\nMainTop=\n", false},   // text that isn't a number is 0: the top left corner
+        {"MainLeft=1500\nMainTop=750\n", false},
+    };
+    for (const Case &c : cases) {
+        store->writeRaw(QByteArray("[General]\n") + c.ini);
+        QRect r = StoredWindowPlace(15);
+        EXPECT_EQ(r == def, c.isDefault) << c.ini;
+    }
+}
+
 TEST_F(Start, AMinimisedWindowKeepsThePlaceOfTheRunBefore)
 {
     store->writeRaw("[General]\nMainLeft=1500\nMainTop=750\nMainWidth=13500\nMainHeight=9750\n");
