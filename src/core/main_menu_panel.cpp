@@ -22,9 +22,10 @@ void PictureButton::mouseReleaseEvent(QMouseEvent *e)
 
 MenuEntry::MenuEntry(int index, QWidget *parent) : QLabel(parent), m_index(index)
 {
-    setFocusPolicy(Qt::StrongFocus);
     setTextInteractionFlags(Qt::NoTextInteraction);   // read-only, no caret, no selection
-    setMouseTracking(true);                           // after: the flags above switch it off
+    // After the flags above, which switch both of these off.
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
     setCursor(Qt::PointingHandCursor);
     QFont f = font();
     f.setPointSize(15);

@@ -3,11 +3,14 @@
 #include "platform/forms.h"
 
 #include <QDir>
+#include <QFile>
 #include <QEventLoop>
 #include <QTimer>
 #include <QLocalSocket>
 #include <QStandardPaths>
 #include <QWidget>
+
+#include <unistd.h>
 
 namespace {
 constexpr int kReachMs = 2000;   // how long a second copy waits for the first, ms
@@ -28,9 +31,15 @@ void BringToFront(QWidget *w)
 InstanceGuard::InstanceGuard(const QString &folder) : m_folder(folder)
 {
     if (m_folder.isEmpty()) {
-        m_folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-        if (m_folder.isEmpty())
-            m_folder = QDir::tempPath();
+        // The user's runtime folder; without one (a bare session), a private folder of the
+        // user's own in the temporary folder.
+        if (!qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR"))
+            m_folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+        if (m_folder.isEmpty()) {
+            m_folder = QDir::tempPath() + QStringLiteral("/brantok-") + QString::number(getuid());
+            QDir().mkpath(m_folder);
+            QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        }
     }
     onRaise = [] {
         QWidget *top = nullptr;

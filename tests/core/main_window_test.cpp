@@ -1,11 +1,14 @@
 // The main window's screens and modes: what each mode shows and lets the operator use.
 #include "core/artwork.h"
+#include "core/frm_about.h"
+#include "core/frm_settings.h"
 #include "core/frm_splash.h"
 #include "core/msgbox.h"
 #include "core/window_hook.h"
 #include "ui_fixture.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMenu>
@@ -309,11 +312,16 @@ TEST_F(MainWindow, MenuBarCaptionsSeparatorsAndToolbar)
 
 TEST_F(MainWindow, EveryControlHasAnAccessibleName)
 {
-    for (QWidget *w : f->findChildren<QWidget *>()) {
-        // Qt's own inner parts of compound widgets are named by their owners.
-        if (w->objectName().startsWith(QLatin1String("qt_")) || w->objectName().isEmpty())
-            continue;
-        EXPECT_FALSE(w->accessibleName().isEmpty()) << w->objectName().toStdString();
+    for (QWidget *form : std::initializer_list<QWidget *>{f, frmSplash(), frmAbout(), frmSettings()}) {
+        EXPECT_FALSE(form->accessibleName().isEmpty()) << form->objectName().toStdString();
+        for (QWidget *w : form->findChildren<QWidget *>()) {
+            // Qt's own inner parts of compound widgets (scroll bars, viewports) carry no name
+            // of ours and are named by their owners; every control we made has a name.
+            if (w->objectName().startsWith(QLatin1String("qt_")) || w->objectName().isEmpty())
+                continue;
+            EXPECT_FALSE(w->accessibleName().isEmpty())
+                << form->objectName().toStdString() << "." << w->objectName().toStdString();
+        }
     }
 }
 
@@ -399,4 +407,25 @@ TEST_F(MainWindow, ComingBackOnTheMenuHidesTheCaretAgain)
     lngWindowProc(false);   // the editor's find dialog: nothing loaded, nothing happens
 }
 
+} // namespace
+
+namespace {
+TEST_F(MainWindow, TabWalksTheMenuEntriesAndEnterActs)
+{
+    f->show();
+    ShowMenu(QString());
+    auto tab = [&] {
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+        QCoreApplication::sendEvent(f->focusWidget() ? f->focusWidget() : f, &key);
+    };
+    f->picMenu->txtMenu[0]->setFocus();
+    EXPECT_EQ(f->focusWidget(), f->picMenu->txtMenu[0]);
+    tab();
+    EXPECT_EQ(f->focusWidget(), f->picMenu->txtMenu[1]);
+    // Enter acts when it comes up, on the entry with the focus: "Mill" with no tools.
+    QKeyEvent release(QEvent::KeyRelease, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(f->picMenu->txtMenu[1], &release);
+    ASSERT_EQ(boxes->shown().size(), 1u);
+    EXPECT_EQ(boxes->last().text, QStringLiteral("Please define at least one Tool"));
+}
 } // namespace
