@@ -6,6 +6,7 @@
 #include "core/window_hook.h"
 #include "ui_fixture.h"
 
+#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -115,9 +116,13 @@ TEST_F(Start, MainReadsTheSettingsLoadsTheFormsAndArmsTheFirstTick)
     tmrShow_Timer();
     EXPECT_TRUE(frmMain()->isVisible());
     EXPECT_FALSE(frmSplash()->isVisible());
-    QEventLoop wait;
-    QTimer::singleShot(100, &wait, &QEventLoop::quit);
-    wait.exec();
+    QElapsedTimer waited;
+    waited.start();
+    while (gintMode != 1 && waited.elapsed() < 5000) {
+        QEventLoop wait;
+        QTimer::singleShot(10, &wait, &QEventLoop::quit);
+        wait.exec();
+    }
     EXPECT_EQ(gintMode, 1);
     EXPECT_TRUE(frmMain()->isVisible());
 }
