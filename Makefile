@@ -14,7 +14,9 @@ $(BUILD)/build.ninja: CMakeLists.txt
 build: deps $(BUILD)/build.ninja
 	cmake --build $(BUILD) -j $(JOBS)
 
+# Offline unless the settings say otherwise: a fresh store starts offline.
 run: build
+	@sh scripts/install-deps.sh --run
 	./$(BUILD)/brantok
 
 test: build

@@ -6,3 +6,19 @@ list(APPEND CORE_SOURCES
     src/core/store.cpp
     src/core/state.cpp
 )
+# The start, the stop and the main window (widgets).
+list(APPEND UI_SOURCES
+    src/core/artwork.cpp
+    src/core/busy.cpp
+    src/core/f1mill.cpp
+    src/core/frm_about.cpp
+    src/core/frm_main.cpp
+    src/core/frm_main_modes.cpp
+    src/core/frm_settings.cpp
+    src/core/frm_splash.cpp
+    src/core/help_calc.cpp
+    src/core/main_menu_panel.cpp
+    src/core/main_panels.cpp
+    src/core/pending.cpp
+    src/core/window_hook.cpp
+)

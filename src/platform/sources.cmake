@@ -12,4 +12,7 @@ list(APPEND UI_SOURCES
     src/platform/qt_serial_port.h
     src/platform/qt_serial_port.cpp
     src/platform/eventkeystate.cpp
+    src/platform/forms.cpp
+    src/platform/msgbox_gui.cpp
+    src/platform/instance_guard.cpp
 )

@@ -1,0 +1,44 @@
+#!/bin/sh
+# Takes the README's screenshots of the running program on a virtual screen.
+# Needs Xvfb, ImageMagick (import, convert) and xdotool; run after a build.
+# Usage: scripts/screenshots.sh [build folder]   -> docs/screenshots/*.png
+set -e
+cd "$(dirname "$0")/.."
+BUILD=${1:-build}
+OUT=docs/screenshots
+mkdir -p "$OUT"
+TMP=$(mktemp -d)
+export DISPLAY=:97
+Xvfb :97 -screen 0 1024x768x24 >/dev/null 2>&1 &
+XVFB=$!
+trap 'kill $XVFB 2>/dev/null; rm -rf "$TMP"' EXIT
+sleep 1
+export XDG_RUNTIME_DIR="$TMP"
+# The window stands at 66,66 and is 800 x 600 (the store's defaults).
+crop() { import -window root "$TMP/shot.png" && convert "$TMP/shot.png" -crop 800x600+66+66 +repage -strip "$OUT/$1"; }
+
+# The main menu, then an entry under the mouse.
+printf '[General]\nSet=Yes\n' > "$TMP/set.conf"
+BRANTOK_STORE="$TMP/set.conf" "./$BUILD/brantok" >/dev/null 2>&1 &
+APP=$!
+sleep 2
+crop main-menu.png
+xdotool mousemove 560 420
+sleep 0.5
+crop main-menu-hover.png
+kill $APP
+
+# The first run: the welcome over the main window.
+BRANTOK_STORE="$TMP/first.conf" "./$BUILD/brantok" >/dev/null 2>&1 &
+APP=$!
+sleep 2
+crop first-run.png
+kill $APP
+
+# The busy book while a file is read.
+BRANTOK_STORE="$TMP/set.conf" "./$BUILD/tests/core/ui_showcase" busy >/dev/null 2>&1 &
+APP=$!
+sleep 1.5
+crop busy.png
+kill $APP
+ls -l "$OUT"

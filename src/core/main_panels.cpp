@@ -1,0 +1,213 @@
+// The panels of the main window other than the main menu. Each carries the controls the
+// main window itself sets up; the parts that own the screens fill in the rest.
+#include "core/main_panels.h"
+
+#include "core/artwork.h"
+
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTextEdit>
+
+namespace {
+
+// Every panel: a white card with a thin border, so one screen at a time stands out.
+void card(QFrame *f, const char *name, const QString &accessible, int w, int h)
+{
+    f->setObjectName(QString::fromLatin1(name));
+    f->setAccessibleName(accessible);
+    f->setFixedSize(w, h);
+    f->setStyleSheet(QStringLiteral("#%1 { background: #ffffff; border: 1px solid #d5dbe1; border-radius: 10px; }")
+                         .arg(QString::fromLatin1(name)));
+    f->hide();
+}
+
+template <class W>
+W *named(W *w, const char *name, const QString &accessible)
+{
+    w->setObjectName(QString::fromLatin1(name));
+    w->setAccessibleName(accessible);
+    return w;
+}
+
+QTextEdit *readOnlyText(QWidget *parent, const char *name, const QString &accessible)
+{
+    auto *t = named(new QTextEdit(parent), name, accessible);
+    t->setReadOnly(true);
+    return t;
+}
+
+QLabel *title(QWidget *parent, const char *name, const QString &text, int x, int y, int w)
+{
+    auto *l = named(new QLabel(text, parent), name, text.isEmpty() ? QStringLiteral("Title") : text);
+    QFont f = l->font();
+    f.setPointSize(13);
+    f.setBold(true);
+    l->setFont(f);
+    l->setGeometry(x, y, w, 28);
+    return l;
+}
+
+} // namespace
+
+PicKeyboard::PicKeyboard(QWidget *parent) : QFrame(parent)
+{
+    card(this, "picKeyboard", QStringLiteral("Manual control"), 720, 440);
+    fraTask = named(new QGroupBox(QStringLiteral("Task"), this), "fraTask", QStringLiteral("Task"));
+    fraTask->setGeometry(16, 12, 330, 250);
+    rtbTask = readOnlyText(fraTask, "rtbTask", QStringLiteral("Task"));
+    rtbTask->setGeometry(10, 24, 310, 176);
+    cmdDone = named(new QPushButton(QStringLiteral("&Done"), fraTask), "cmdDone", QStringLiteral("Done"));
+    cmdDone->setGeometry(220, 208, 100, 32);
+    picPosition = named(new QFrame(this), "picPosition", QStringLiteral("Tool position"));
+    picPosition->setFocusPolicy(Qt::StrongFocus);
+    picPosition->setFrameShape(QFrame::StyledPanel);
+    picPosition->setGeometry(362, 12, 342, 250);
+    const char *axes[] = {"X", "Y", "Z", "All"};
+    for (int i = 0; i < 4; ++i) {
+        auto *b = named(new QPushButton(QStringLiteral("Reset ") + QString::fromLatin1(axes[i]), picPosition),
+                        "cmdReset", QStringLiteral("Reset ") + QString::fromLatin1(axes[i]));
+        b->setGeometry(240, 14 + i * 56, 90, 30);
+        b->setFocusPolicy(Qt::NoFocus);
+        cmdReset[static_cast<size_t>(i)] = b;
+    }
+    imgKeybd = named(new QLabel(this), "imgKeybd", QStringLiteral("The keys of the numeric keypad"));
+    imgKeybd->setGeometry(16, 274, 330, 150);
+    picSpindleStart = named(new PictureButton(this), "picSpindleStart", QStringLiteral("Start the spindle"));
+    picSpindleStart->setGeometry(380, 290, 52, 52);
+    picSpindleStop = named(new PictureButton(this), "picSpindleStop", QStringLiteral("Stop the spindle"));
+    picSpindleStop->setGeometry(440, 290, 52, 52);
+    picStartText = named(new QLabel(QStringLiteral("Spindle"), this), "picStartText", QStringLiteral("Spindle"));
+    picStartText->setGeometry(500, 290, 200, 52);
+    picStopped = named(new QFrame(this), "picStopped", QStringLiteral("Warning"));
+    picStopped->setGeometry(380, 352, 324, 72);
+    lblStopped = named(new QLabel(picStopped), "lblStopped", QStringLiteral("Warning"));
+    lblStopped->setWordWrap(true);
+    lblStopped->setGeometry(0, 0, 324, 72);
+    picStopped->hide();
+}
+
+PicSetMill::PicSetMill(QWidget *parent) : QFrame(parent)
+{
+    card(this, "picSetMill", QStringLiteral("Machining set-up"), 540, 430);
+    lblStepTitle = title(this, "lblStepTitle", QString(), 18, 12, 504);
+    rtbStep = readOnlyText(this, "rtbStep", QStringLiteral("Step"));
+    rtbStep->setGeometry(18, 46, 504, 310);
+    picNav = named(new QFrame(this), "picNav", QStringLiteral("Wizard navigation"));
+    picNav->setGeometry(10, 368, 520, 52);
+    const char *nav[] = {"< &Back", "&Next >", "&Cancel"};
+    for (int i = 0; i < 3; ++i) {
+        auto *b = named(new QPushButton(QString::fromLatin1(nav[i]), picNav), "cmdSetNav",
+                        QString::fromLatin1(nav[i]).remove(u'&'));
+        b->setGeometry(8 + i * 112, 10, 104, 32);
+        cmdSetNav[static_cast<size_t>(i)] = b;
+    }
+    imgWait = named(new QLabel(picNav), "imgWait", QStringLiteral("Busy"));
+    imgWait->setFixedSize(BookFrame(0).size());
+    imgWait->move(picNav->width() - imgWait->width(), (picNav->height() - imgWait->height()) / 2);
+    imgWait->hide();
+}
+
+PicTools::PicTools(QWidget *parent) : QFrame(parent)
+{
+    card(this, "picTools", QStringLiteral("Tool Data Table"), 580, 420);
+    lblTitle = title(this, "lblTitle", QStringLiteral("Tool Data Table"), 18, 10, 400);
+    const char *sorts[] = {"Number", "Type", "Diameter", "Offset"};
+    for (int i = 0; i < 4; ++i) {
+        auto *b = named(new QPushButton(QString::fromLatin1(sorts[i]), this), "cmdSort",
+                        QStringLiteral("Sort by ") + QString::fromLatin1(sorts[i]));
+        b->setGeometry(18 + i * 104, 44, 104, 26);
+        cmdSort[static_cast<size_t>(i)] = b;
+    }
+    grdTools = named(new QTableWidget(9, 4, this), "grdTools", QStringLiteral("Tools"));
+    grdTools->setGeometry(18, 70, 420, 9 * 30 + 4);
+    grdTools->verticalHeader()->setDefaultSectionSize(30);
+    grdTools->horizontalHeader()->hide();
+    grdTools->verticalHeader()->hide();
+    grdTools->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    for (int c = 0; c < 4; ++c)
+        grdTools->setColumnWidth(c, 104);
+    const std::pair<const char *, const char *> buttons[] = {
+        {"&Add", "cmdAdd"}, {"&Edit", "cmdEdit"}, {"De&lete", "cmdDelete"}, {"&Done", "cmdOk"}};
+    QPushButton **targets[] = {&cmdAdd, &cmdEdit, &cmdDelete, &cmdOk};
+    for (int i = 0; i < 4; ++i) {
+        QString caption = QString::fromLatin1(buttons[i].first);
+        auto *b = named(new QPushButton(caption, this), buttons[i].second, QString(caption).remove(u'&'));
+        b->setGeometry(456, i == 3 ? 366 : 70 + i * 44, 106, 32);
+        *targets[i] = b;
+    }
+}
+
+PicMachining::PicMachining(QWidget *parent) : QFrame(parent)
+{
+    card(this, "picMachining", QStringLiteral("Machining"), 700, 450);
+    txtMillHeader = readOnlyText(this, "txtMillHeader", QStringLiteral("NC file header"));
+    txtMillHeader->setGeometry(18, 16, 664, 110);
+    rtbMillCode = readOnlyText(this, "rtbMillCode", QStringLiteral("NC program"));
+    rtbMillCode->setGeometry(18, 136, 664, 220);
+    QFont mono(QStringLiteral("Monospace"));
+    mono.setStyleHint(QFont::TypeWriter);
+    rtbMillCode->setFont(mono);
+    pgbMillProg = named(new QProgressBar(this), "pgbMillProg", QStringLiteral("Machining progress"));
+    pgbMillProg->setRange(0, 100);
+    pgbMillProg->setGeometry(18, 366, 664, 22);
+    lblEscape = named(new QLabel(QStringLiteral("To interrupt machining - press the Escape key"), this), "lblEscape",
+                      QStringLiteral("To interrupt machining - press the Escape key"));
+    QFont f = lblEscape->font();
+    f.setPointSize(12);
+    f.setBold(true);
+    lblEscape->setFont(f);
+    lblEscape->setAlignment(Qt::AlignCenter);
+    lblEscape->setStyleSheet(QStringLiteral("color: #b91c1c;"));
+    lblEscape->setGeometry(0, 400, 460, 30);
+}
+
+PicOffset::PicOffset(QWidget *parent) : QFrame(parent)
+{
+    card(this, "picOffset", QStringLiteral("Tool offsets"), 580, 430);
+    lblOffStepTitle = title(this, "lblOffStepTitle", QString(), 18, 12, 540);
+    rtbOffset = readOnlyText(this, "rtbOffset", QStringLiteral("Offset step"));
+    rtbOffset->setGeometry(18, 46, 544, 366);
+}
+
+PicMethod::PicMethod(QWidget *parent) : QFrame(parent)
+{
+    card(this, "picMethod", QStringLiteral("The next part"), 540, 320);
+    lblMethod = title(this, "lblMethod", QString(), 18, 12, 504);
+    const std::pair<const char *, const char *> buttons[] = {{"&Repeat Part", "cmdMethodRepeat"},
+                                                             {"&New Part", "cmdMethodNew"},
+                                                             {"&Fresh Start", "cmdMethodNorm"},
+                                                             {"&Cancel", "cmdMethodCancel"}};
+    QPushButton **targets[] = {&cmdMethodRepeat, &cmdMethodNew, &cmdMethodNorm, &cmdMethodCancel};
+    for (int i = 0; i < 4; ++i) {
+        QString caption = QString::fromLatin1(buttons[i].first);
+        auto *b = named(new QPushButton(caption, this), buttons[i].second, QString(caption).remove(u'&'));
+        b->setGeometry(18, 56 + i * 62, 130, 34);
+        *targets[i] = b;
+    }
+}
+
+PicBilletSize::PicBilletSize(QWidget *parent) : QFrame(parent)
+{
+    card(this, "picBilletSize", QStringLiteral("Billet size and placing"), 660, 450);
+    lblBilletTitle = title(this, "lblBilletTitle", QString(), 18, 12, 620);
+    cmdBilletReturn = named(new QPushButton(QStringLiteral("&Return"), this), "cmdBilletReturn", QStringLiteral("Return"));
+    cmdBilletReturn->setGeometry(540, 404, 104, 32);
+}
+
+PicHeader::PicHeader(QWidget *parent) : QFrame(parent)
+{
+    setObjectName(QStringLiteral("picHeader"));
+    setAccessibleName(QStringLiteral("File Header"));
+    setFixedSize(250, 430);
+    lblHeader = named(new QLabel(QStringLiteral("File Header"), this), "lblHeader", QStringLiteral("File Header"));
+    QFont f = lblHeader->font();
+    f.setBold(true);
+    lblHeader->setFont(f);
+    lblHeader->setAlignment(Qt::AlignCenter);
+    lblHeader->setFixedSize(250, 22);
+    rtbHeader = readOnlyText(this, "rtbHeader", QStringLiteral("File Header"));
+    hide();
+}

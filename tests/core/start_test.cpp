@@ -1,0 +1,255 @@
+// The start and the stop: Main's order, the first run, the window's place, Shutdown once.
+#include "core/frm_about.h"
+#include "core/frm_settings.h"
+#include "core/frm_splash.h"
+#include "core/store.h"
+#include "core/window_hook.h"
+#include "ui_fixture.h"
+
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTimer>
+
+namespace {
+
+class Start : public UiTest {};
+
+// Answers the first-run dialogs as the operator would: Ok on the welcome, then Save or
+// Cancel on the settings.
+class FirstRunOperator {
+public:
+    explicit FirstRunOperator(bool save) : m_save(save)
+    {
+        m_timer.setInterval(5);
+        QObject::connect(&m_timer, &QTimer::timeout, [this] { act(); });
+        m_timer.start();
+    }
+    bool welcomeShown = false;
+    QPoint welcomeAt;
+    bool settingsShown = false;
+    QStringList order;
+
+private:
+    void act()
+    {
+        if (frmAboutLoaded() && frmAbout()->isVisible()) {
+            welcomeShown = frmAbout()->picFirst->isVisible();
+            welcomeAt = frmAbout()->picFirst->pos();
+            order << QStringLiteral("about");
+            frmAbout()->cmdOk_Click();
+        } else if (frmSettingsLoaded() && frmSettings()->isVisible() && frmSettings()->cmdOk->isEnabled()) {
+            settingsShown = true;
+            order << QStringLiteral("settings");
+            if (m_save)
+                frmSettings()->cmdOk_Click();
+            else
+                frmSettings()->cmdCancel_Click();
+        }
+    }
+    bool m_save;
+    QTimer m_timer;
+};
+
+TEST_F(Start, FirstRunShowsTheWelcomeThenTheSettingsAndSavingEndsIt)
+{
+    FirstRunOperator op(true);
+    SetCommandLine(QStringLiteral("/parts/ignored.brx"));
+    MainProcess();
+    EXPECT_TRUE(frmMain()->isVisible());
+    EXPECT_EQ(op.order, (QStringList{"about", "settings"}));
+    EXPECT_TRUE(op.welcomeShown);
+    EXPECT_EQ(op.welcomeAt, QPoint(240 / 15, 1280 / 15));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Set"), QStringLiteral("No")), QStringLiteral("Yes"));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Online"), QString()), QStringLiteral("No"));
+    EXPECT_FALSE(frmAboutLoaded());
+    EXPECT_FALSE(frmSettingsLoaded());
+    SetCommandLine(QString());
+}
+
+TEST_F(Start, CancelledFirstRunIsAFirstRunAgainNextTime)
+{
+    {
+        FirstRunOperator op(false);
+        MainProcess();
+        EXPECT_TRUE(op.settingsShown);
+    }
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Set"), QStringLiteral("No")), QStringLiteral("No"));
+    FirstRunOperator again(false);
+    MainProcess();
+    EXPECT_EQ(again.order, (QStringList{"about", "settings"}));
+}
+
+TEST_F(Start, AnyOtherSetTextIsNotAFirstRun)
+{
+    for (const char *set : {"Yes", "", "no"}) {
+        RegistryValuePut(QStringLiteral("Set"), QString::fromLatin1(set));
+        FirstRunOperator op(true);
+        MainProcess();
+        EXPECT_TRUE(op.order.isEmpty()) << set;
+        EXPECT_TRUE(frmMain()->isVisible());
+    }
+}
+
+TEST_F(Start, MainReadsTheSettingsLoadsTheFormsAndArmsTheFirstTick)
+{
+    QTemporaryDir runtime;
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toLocal8Bit());
+    store->writeRaw("[General]\nSet=Yes\nRapidSpeed=750\nOnline=No\nBacklashZ=3\nToolCount=1\n"
+                    "Tool01=4|End mill|6.000|-2000.000\n");
+    Main();
+    EXPECT_TRUE(frmSplashLoaded());
+    EXPECT_TRUE(frmSplash()->isVisible());
+    EXPECT_EQ(frmSplash()->lblVersion->text(), QStringLiteral("Version 1.0.0"));
+    EXPECT_TRUE(frmSplash()->tmrOnline->isActive());
+    EXPECT_EQ(gsngRapidSpeed, 750.0f);
+    EXPECT_EQ(gintBacklashZ, 3);
+    EXPECT_TRUE(gblnKeepFiles);   // default "Yes"
+    EXPECT_EQ(gintToolCount, 1);
+    ASSERT_TRUE(frmMainLoaded());
+    EXPECT_EQ(frmMain()->stbPanel(QStringLiteral("spindle"))->text(), QStringLiteral("Spindle Stopped"));
+    EXPECT_EQ(frmMain()->stbPanel(QStringLiteral("online"))->text(), QStringLiteral("Working Offline"));
+    EXPECT_TRUE(frmSplash()->tmrShow->isActive());
+    EXPECT_EQ(frmSplash()->tmrShow->interval(), 100);
+    // The splash is first in the collection, the main window after it.
+    EXPECT_EQ(FormIndex(frmSplash()), FormIndex(frmMain()) - 1);
+    // The first tick: the main window up, the splash hidden, the menu 10 ms later.
+    tmrShow_Timer();
+    EXPECT_TRUE(frmMain()->isVisible());
+    EXPECT_FALSE(frmSplash()->isVisible());
+    QElapsedTimer waited;
+    waited.start();
+    while (gintMode != 1 && waited.elapsed() < 5000) {
+        QEventLoop wait;
+        QTimer::singleShot(10, &wait, &QEventLoop::quit);
+        wait.exec();
+    }
+    EXPECT_EQ(gintMode, 1);
+    EXPECT_TRUE(frmMain()->isVisible());
+}
+
+TEST_F(Start, WindowPlaceComesFromTheStoreInTwipsAndIsSavedOnUnload)
+{
+    store->writeRaw("[General]\nMainLeft=1500\nMainTop=750\nMainWidth=13500\nMainHeight=9750\n");
+    FrmMain *f = frmMain();
+    EXPECT_EQ(f->pos(), QPoint(100, 50));
+    EXPECT_EQ(f->size(), QSize(900, 650));
+    EXPECT_EQ(f->windowTitle(), QStringLiteral("Brantok for the Emco F1 Mill"));
+    EXPECT_TRUE(f->tmrShowMenu->isActive());
+    f->move(120, 60);
+    f->resize(960, 700);
+    Unload(f);
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("MainLeft"), QString()), QStringLiteral("1800"));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("MainTop"), QString()), QStringLiteral("900"));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("MainWidth"), QString()), QStringLiteral("14400"));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("MainHeight"), QString()), QStringLiteral("10500"));
+}
+
+TEST_F(Start, DefaultsWithAnEmptyStore)
+{
+    FrmMain *f = frmMain();
+    EXPECT_EQ(f->pos(), QPoint(1000 / 15, 1000 / 15));
+    EXPECT_EQ(f->size(), QSize(800, 600));
+}
+
+TEST_F(Start, DamagedOrOffScreenPlacesFallBackToTheDefault)
+{
+    const QRect def(1000 / 15, 1000 / 15, 800, 600);
+    struct Case {
+        const char *ini;
+        bool isDefault;
+    };
+    const Case cases[] = {
+        {"MainLeft=1e20\nMainTop=-1e20\n", true},
+        {"MainLeft=900000\nMainTop=900000\n", true},
+        {"MainLeft=abc\nMainTop=\n", false},   // text that isn't a number is 0: the top left corner
+        {"MainLeft=1500\nMainTop=750\n", false},
+    };
+    for (const Case &c : cases) {
+        store->writeRaw(QByteArray("[General]\n") + c.ini);
+        QRect r = StoredWindowPlace(15);
+        EXPECT_EQ(r == def, c.isDefault) << c.ini;
+    }
+}
+
+TEST_F(Start, AMinimisedWindowKeepsThePlaceOfTheRunBefore)
+{
+    store->writeRaw("[General]\nMainLeft=1500\nMainTop=750\nMainWidth=13500\nMainHeight=9750\n");
+    FrmMain *f = frmMain();
+    f->show();
+    f->move(300, 300);
+    f->setWindowState(Qt::WindowMinimized);
+    ASSERT_TRUE(f->isMinimized());
+    Unload(f);
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("MainLeft"), QString()), QStringLiteral("1500"));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("MainWidth"), QString()), QStringLiteral("13500"));
+}
+
+TEST_F(Start, ShutdownUnloadsEveryFormLastFirstAndRunsOnce)
+{
+    int ends = 0;
+    uiHooks().endProcess = [&](int code) {
+        ++ends;
+        EXPECT_EQ(code, 0);
+    };
+    frmSplash();
+    frmMain();
+    frmAbout();
+    Shutdown();
+    EXPECT_EQ(ends, 1);
+    EXPECT_TRUE(Forms().isEmpty());
+    EXPECT_FALSE(IsHooked());
+    // The position was saved on the way (the window wasn't minimised).
+    EXPECT_NE(strRegistryValueGet(QStringLiteral("MainLeft"), QStringLiteral("none")), QStringLiteral("none"));
+    frmMain();
+    Shutdown();   // a second entry returns at once
+    EXPECT_EQ(ends, 1);
+    EXPECT_TRUE(frmMainLoaded());
+}
+
+TEST_F(Start, TheCloseBoxMeansShutdown)
+{
+    int ends = 0;
+    uiHooks().endProcess = [&](int) { ++ends; };
+    FrmMain *f = frmMain();
+    f->show();
+    f->close();
+    EXPECT_EQ(ends, 1);
+    EXPECT_FALSE(frmMainLoaded());
+}
+
+TEST_F(Start, MenuExitMeansShutdown)
+{
+    int ends = 0;
+    uiHooks().endProcess = [&](int) { ++ends; };
+    frmMain()->MenuAction(QStringLiteral("Exit"));
+    EXPECT_EQ(ends, 1);
+}
+
+TEST_F(Start, AboutBoxShowsTheVersionAndUnloadsOnOk)
+{
+    FrmAbout *a = frmAbout();
+    EXPECT_EQ(a->lblVersion->text(), QStringLiteral("Version 1.0.0"));
+    EXPECT_TRUE(a->picFirst->isHidden());
+    EXPECT_TRUE(a->lblEmail->text().contains(u'@'));
+    a->cmdOk_Click();
+    EXPECT_FALSE(frmAboutLoaded());
+}
+
+TEST_F(Start, SettingsRefuseAZeroRapidSpeed)
+{
+    FrmSettings *s = frmSettings();
+    s->txtRapid->setText(QStringLiteral("0"));
+    EXPECT_FALSE(s->blnSaveSettings());
+    ASSERT_EQ(boxes->shown().size(), 1u);
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Set"), QStringLiteral("No")), QStringLiteral("No"));
+    s->txtRapid->setText(QStringLiteral("600"));
+    s->chkOnline->setChecked(true);
+    s->optComms[2]->setChecked(true);
+    EXPECT_TRUE(s->blnSaveSettings());
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Comport"), QString()), QStringLiteral("COM3"));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Online"), QString()), QStringLiteral("Yes"));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("RapidSpeed"), QString()), QStringLiteral("600"));
+    EXPECT_TRUE(gblnOnline);
+}
+
+} // namespace

@@ -1,0 +1,89 @@
+// The forms collection: load on first use, collection order, unload and reload.
+#include "platform/forms.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+int gLoads = 0;
+bool gCancelUnload = false;
+
+class FrmProbe : public QDialog, public Form {
+public:
+    void Form_Load() override
+    {
+        ++gLoads;
+        seenInCollection = IsLoaded(this);
+    }
+    bool Form_QueryUnload(int mode) override
+    {
+        lastMode = mode;
+        return gCancelUnload;
+    }
+    bool seenInCollection = false;
+    int lastMode = -1;
+};
+
+FrmProbe *g_probe = nullptr;
+FrmProbe *frmProbe() { return FormInstance(g_probe); }
+
+void settle() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+TEST(Forms, LoadedOnFirstUseOnceAndInTheCollectionDuringLoad)
+{
+    gLoads = 0;
+    FrmProbe *a = frmProbe();
+    EXPECT_EQ(frmProbe(), a);
+    EXPECT_EQ(gLoads, 1);
+    EXPECT_TRUE(a->seenInCollection);
+    EXPECT_EQ(FormIndex(a), Forms().size() - 1);
+    EXPECT_TRUE(Unload(a));
+    EXPECT_EQ(a->lastMode, vbFormCode);
+    EXPECT_FALSE(IsLoaded(a));
+    settle();
+    FrmProbe *b = frmProbe();   // a fresh instance after the unload
+    EXPECT_EQ(gLoads, 2);
+    Unload(b);
+    settle();
+}
+
+TEST(Forms, ACancelledUnloadKeepsTheForm)
+{
+    FrmProbe *a = frmProbe();
+    gCancelUnload = true;
+    EXPECT_FALSE(Unload(a));
+    EXPECT_TRUE(IsLoaded(a));
+    gCancelUnload = false;
+    EXPECT_TRUE(Unload(a));
+    settle();
+}
+
+TEST(Forms, UnloadEndsAModalShow)
+{
+    FrmProbe *a = frmProbe();
+    QTimer::singleShot(0, [a] { Unload(a); });
+    ShowModal(a);
+    EXPECT_FALSE(IsLoaded(a));
+    settle();
+}
+
+TEST(Forms, CollectionKeepsLoadOrder)
+{
+    auto *one = new QWidget, *two = new QWidget;   // deleted by Unload
+    RegisterForm(one, {});
+    RegisterForm(two, {});
+    RegisterForm(one, {});   // twice is once
+    QList<QWidget *> f = Forms();
+    ASSERT_GE(f.size(), 2);
+    EXPECT_EQ(FormIndex(one) + 1, FormIndex(two));
+    Unload(two);
+    EXPECT_EQ(FormIndex(two), -1);
+    Unload(one);
+    settle();
+}
+
+} // namespace

@@ -1,0 +1,88 @@
+// One copy at a time: the second copy asks the first to come forward, or says why it stops.
+#include "core/f1mill.h"
+#include "core/msgbox.h"
+#include "platform/instance_guard.h"
+#include "support/test_support.h"
+
+#include <QLockFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(InstanceGuard, SecondCopyAsksTheFirstToComeForward)
+{
+    QTemporaryDir dir;
+    InstanceGuard first(dir.path()), second(dir.path());
+    int raised = 0;
+    first.onRaise = [&] { ++raised; };
+    ASSERT_TRUE(first.acquire());
+    EXPECT_FALSE(second.acquire());
+    EXPECT_TRUE(second.askFirstToRaise());
+    EXPECT_EQ(raised, 1);
+    EXPECT_EQ(first.raiseRequests(), 1);
+    // Once the first has gone, a new copy is the first.
+    first.release();
+    EXPECT_TRUE(second.acquire());
+}
+
+TEST(InstanceGuard, ALockLeftByACrashedCopyDoesNotBlock)
+{
+    QTemporaryDir dir;
+    // A lock file naming a process that doesn't exist.
+    {
+        QFile f(dir.path() + QStringLiteral("/Brantok.lock"));
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write("999999\nbrantok\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+    }
+    InstanceGuard g(dir.path());
+    EXPECT_TRUE(g.acquire());
+}
+
+TEST(InstanceGuard, FirstCopyThatCannotBeReachedGivesTheRefusal)
+{
+    QTemporaryDir dir;
+    // The lock is held, but nobody listens: the first copy can't be found.
+    QLockFile held(dir.path() + QStringLiteral("/Brantok.lock"));
+    ASSERT_TRUE(held.tryLock(0));
+    InstanceGuard second(dir.path());
+    ScriptedBoxes boxes;
+    int ended = -1;
+    uiHooks().endProcess = [&](int code) { ended = code; };
+    CheckPrevInstance(second);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.last().text, QStringLiteral("unwanted instance cannot start as a previous instance is still running"));
+    EXPECT_EQ(boxes.last().title, QStringLiteral("unwanted instance"));
+    EXPECT_EQ(boxes.last().flags, vbCritical);
+    EXPECT_EQ(ended, 0);
+}
+
+TEST(InstanceGuard, SecondCopyThatReachedTheFirstEndsSilently)
+{
+    QTemporaryDir dir;
+    InstanceGuard first(dir.path()), second(dir.path());
+    first.onRaise = [] {};
+    ASSERT_TRUE(first.acquire());
+    ScriptedBoxes boxes;
+    int ended = -1;
+    uiHooks().endProcess = [&](int code) { ended = code; };
+    CheckPrevInstance(second);
+    EXPECT_TRUE(boxes.shown().empty());
+    EXPECT_EQ(ended, 0);
+    EXPECT_EQ(first.raiseRequests(), 1);
+}
+
+TEST(InstanceGuard, FirstCopyGoesOn)
+{
+    QTemporaryDir dir;
+    InstanceGuard first(dir.path());
+    ScriptedBoxes boxes;
+    bool ended = false;
+    uiHooks().endProcess = [&](int) { ended = true; };
+    CheckPrevInstance(first);
+    EXPECT_FALSE(ended);
+    EXPECT_TRUE(boxes.shown().empty());
+}
+
+} // namespace
