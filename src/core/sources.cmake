@@ -5,4 +5,5 @@ list(APPEND CORE_SOURCES
     src/core/msgbox.cpp
     src/core/store.cpp
     src/core/state.cpp
+    src/core/filenum.cpp
 )

@@ -1,3 +1,9 @@
 list(APPEND CORE_SOURCES
     src/nc/commands.cpp
+    src/nc/stepcode.cpp
+    src/nc/linestep.cpp
+    src/nc/arcstep.cpp
+    src/nc/writesteps.cpp
+    src/nc/evaluate.cpp
+    src/nc/analysed.cpp
 )
