@@ -6,4 +6,5 @@ list(APPEND CORE_SOURCES
     src/nc/writesteps.cpp
     src/nc/evaluate.cpp
     src/nc/analysed.cpp
+    src/nc/ncxdump.cpp
 )

@@ -1,0 +1,56 @@
+// Test helpers for the step compiler: a clean compiler state, a tool table, a capture of the
+// step records, and a stand-in for the NC reader.
+#pragma once
+
+#include "nc/ncxdump.h"
+#include "support/test_support.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+struct TestTool {
+    int16_t number;
+    float diameter;
+    float offset;
+};
+
+// Every piece of compiler and shared state back to the start; rapid speed 500, no backlash,
+// analysed files kept, the profile built.
+void ResetCompilerState();
+// Replaces the tool table.
+void SetTools(const std::vector<TestTool> &tools);
+
+// Opens a scratch file as the analysed file so that flushes have somewhere to go, and reads
+// back every record written (flushed or still buffered).
+class StepCapture {
+public:
+    StepCapture();
+    ~StepCapture();
+    std::vector<StepRecordView> records();
+    QByteArray bytes();
+
+private:
+    QTemporaryDir m_dir;
+    QString m_path;
+};
+
+// A STAND-IN FOR THE NC READER, for the compiler's tests only: it reads the subset of the NC
+// language that the tests use (%, * header lines, N lines with G0..G4, X Y Z I J R F S T P)
+// into gtypCommands with the reader's modal rules, without its checks. The tests that should
+// run through the real reader call ReadProgram, which uses the real ReadCommands once the
+// reader is part of the build.
+void ParseProgramText(const QByteArray &text);
+// What the program does before machining: the analysed-file check, then (if the file is not
+// valid) the parse. Sets gstrNCFile, gstrAnalysedReason, gintReadResult.
+void ReadProgram(const QString &strFile);
+// True when ReadProgram goes through the real reader.
+bool UsesRealReader();
+
+// Writes text to a file (bytes as given).
+void WriteFile(const QString &path, const QByteArray &bytes);
+QByteArray ReadFileBytes(const QString &path);
