@@ -176,6 +176,14 @@ void ParseProgramText(const QByteArray &text)
     }
 }
 
+QString CompileProgram(const QString &strFile)
+{
+    gblnCancel = false;
+    ReadProgram(strFile);
+    EvaluateCommands();
+    return gstrAnalysedReason;
+}
+
 bool UsesRealReader()
 {
 #ifdef BRANTOK_HAVE_READER
@@ -188,6 +196,7 @@ bool UsesRealReader()
 void ReadProgram(const QString &strFile)
 {
 #ifdef BRANTOK_HAVE_READER
+    gfnCompFileReason = &strCompFileReason;
     ReadCommands(strFile);
 #else
     gstrNCFile = strFile;

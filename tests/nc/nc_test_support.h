@@ -48,6 +48,8 @@ void ParseProgramText(const QByteArray &text);
 // What the program does before machining: the analysed-file check, then (if the file is not
 // valid) the parse. Sets gstrNCFile, gstrAnalysedReason, gintReadResult.
 void ReadProgram(const QString &strFile);
+// ReadProgram, then EvaluateCommands: the program's way to an analysed file. Returns the reason.
+QString CompileProgram(const QString &strFile);
 // True when ReadProgram goes through the real reader.
 bool UsesRealReader();
 
