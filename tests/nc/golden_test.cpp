@@ -1,0 +1,72 @@
+// Golden files: each folder under tests/nc/golden holds an NC program (program.brx), the
+// settings and tool table it is compiled with (store.ini, the settings store's own format),
+// and the expected dump of its analysed file (expected.dump, as `brantok-nc dump` prints it).
+// The program is compiled as the program does before machining, in a scratch folder.
+//
+// To regenerate the expected dumps after a deliberate change, run the test program with
+// BRANTOK_UPDATE_GOLDEN=1 and review the diff line by line before committing it:
+//     BRANTOK_UPDATE_GOLDEN=1 build/tests/nc/test_nc --gtest_filter='Golden*'
+#include "nc_test_support.h"
+
+#include "core/state.h"
+#include "nc/analysed.h"
+#include "tools/tooltable.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace {
+
+const QString kGoldenDir = QStringLiteral(BRANTOK_SOURCE_DIR "/tests/nc/golden");
+
+QStringList GoldenCases() { return QDir(kGoldenDir).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name); }
+
+// Compiles one case and returns its dump.
+QString CompileCase(const QString &name)
+{
+    const QString src = kGoldenDir + u'/' + name;
+    ResetCompilerState();
+    TempStore store;
+    store.writeRaw(ReadFileBytes(src + QStringLiteral("/store.ini")));
+    ReadStartSettings();
+    ToolDataLoad();
+    QTemporaryDir work;
+    const QString nc = work.path() + QStringLiteral("/program.brx");
+    WriteFile(nc, ReadFileBytes(src + QStringLiteral("/program.brx")));
+    CompileProgram(nc);
+    EXPECT_EQ(gintReadResult, 0);
+    EXPECT_EQ(gstrAnalysedFile, work.path() + QStringLiteral("/program.ncx"));
+    return strDumpAnalysedFile(ReadFileBytes(gstrAnalysedFile), QStringLiteral("program.ncx"));
+}
+
+} // namespace
+
+TEST(Golden, EveryCaseCompilesToItsExpectedDump)
+{
+    const QStringList cases = GoldenCases();
+    ASSERT_GE(cases.size(), 15);
+    const bool update = qEnvironmentVariableIntValue("BRANTOK_UPDATE_GOLDEN") == 1;
+    for (const QString &name : cases) {
+        SCOPED_TRACE(name.toStdString());
+        const QString dump = CompileCase(name);
+        const QString expectedPath = kGoldenDir + u'/' + name + QStringLiteral("/expected.dump");
+        if (update) {
+            WriteFile(expectedPath, dump.toUtf8());
+            continue;
+        }
+        const QString expected = QString::fromUtf8(ReadFileBytes(expectedPath));
+        if (dump == expected)
+            continue;
+        // Show the first line that differs, not two walls of text.
+        const QStringList a = dump.split(u'\n'), b = expected.split(u'\n');
+        for (qsizetype i = 0; i < std::max(a.size(), b.size()); ++i) {
+            const QString got = i < a.size() ? a[i] : QStringLiteral("<end>");
+            const QString want = i < b.size() ? b[i] : QStringLiteral("<end>");
+            if (got != want) {
+                ADD_FAILURE() << "line " << i + 1 << "\n  expected: " << want.toStdString()
+                              << "\n  compiled: " << got.toStdString();
+                break;
+            }
+        }
+    }
+}
