@@ -13,6 +13,7 @@
 #include "nc/linestep.h"
 #include "nc/stepcode.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <cmath>
@@ -95,7 +96,13 @@ void UpdateProgress(float &sngDone, float &sngLastX, float &sngLastY, float &sng
         if (percent > 100)
             percent = 100;
         uiHooks().progress(percent);
-        DoEvents();
+        // The interface gets its turn at most every 20 ms: a turn of the event loop costs more
+        // than a short move, and 20 ms is far below what an operator's Esc can tell apart.
+        static QElapsedTimer sinceYield;
+        if (!sinceYield.isValid() || sinceYield.elapsed() >= 20) {
+            DoEvents();
+            sinceYield.start();
+        }
     }
     sngLastX = sngX;
     sngLastY = sngY;
