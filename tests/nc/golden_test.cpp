@@ -5,7 +5,7 @@
 //
 // To regenerate the expected dumps after a deliberate change, run the test program with
 // BRANTOK_UPDATE_GOLDEN=1 and review the diff line by line before committing it:
-//     BRANTOK_UPDATE_GOLDEN=1 build/tests/nc/test_nc --gtest_filter='Golden*'
+//     BRANTOK_UPDATE_GOLDEN=1 build/tests/nc/test_compiler --gtest_filter='Golden*'
 #include "nc_test_support.h"
 
 #include "core/state.h"
