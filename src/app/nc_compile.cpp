@@ -2,6 +2,7 @@
 
 #include "core/filenum.h"
 #include "core/hooks.h"
+#include "core/logger.h"
 #include "core/state.h"
 #include "core/vb.h"
 #include "nc/analysed.h"
@@ -83,7 +84,9 @@ int NcCompile(const QStringList &args)
     ReadStartSettings();
     ToolDataLoad();
     gblnCancel = false;
-    gblnAnalysedToTemp = false;
+    // As the file chooser decides: a file on removable media keeps its analysed file in the
+    // temporary folder.
+    gblnAnalysedToTemp = blnRemovableMedia(strFile);
     gfnCompFileReason = &strCompFileReason;
     ReadCommands(strFile);
     if (gblnRefused || gintReadResult != 0)

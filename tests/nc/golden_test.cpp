@@ -13,6 +13,7 @@
 #include "tools/tooltable.h"
 
 #include <QDir>
+#include <QProcess>
 #include <QFile>
 
 namespace {
@@ -69,4 +70,66 @@ TEST(Golden, EveryCaseCompilesToItsExpectedDump)
             }
         }
     }
+}
+
+// The command-line tool prints the same dump, and compiles as the program does.
+namespace {
+
+struct ToolRun {
+    int code;
+    QString out;
+};
+
+ToolRun RunTool(const QStringList &args, const QString &store)
+{
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("BRANTOK_STORE"), store);
+    p.setProcessEnvironment(env);
+    p.start(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-nc"), args);
+    p.waitForFinished(60000);
+    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput())};
+}
+
+} // namespace
+
+TEST(Golden, CommandLineDumpAndCompile)
+{
+    QTemporaryDir work;
+    const QString store = work.path() + QStringLiteral("/store.ini");
+    const QString src = kGoldenDir + QStringLiteral("/tool_change_offsets");
+    WriteFile(store, ReadFileBytes(src + QStringLiteral("/store.ini")));
+    const QString nc = work.path() + QStringLiteral("/program.brx");
+    WriteFile(nc, ReadFileBytes(src + QStringLiteral("/program.brx")));
+    const QString ncx = work.path() + QStringLiteral("/program.ncx");
+
+    if (UsesRealReader()) {
+        ToolRun first = RunTool({QStringLiteral("compile"), nc}, store);
+        EXPECT_EQ(first.code, 0);
+        EXPECT_EQ(first.out, QStringLiteral("The CNC file is being analysed because there is no previously analysed "
+                                            "version of this NC file.\nAnalysed file: ") + ncx + u'\n');
+        ToolRun second = RunTool({QStringLiteral("compile"), nc}, store);
+        EXPECT_EQ(second.code, 0);
+        EXPECT_EQ(second.out, QStringLiteral("The analysed file is up to date.\nAnalysed file: ") + ncx + u'\n');
+        // An unknown offset is never compiled into the steps.
+        QByteArray s = ReadFileBytes(store);
+        s.replace("|0.500", "|-2000.000");
+        WriteFile(store, s);
+        ToolRun unknown = RunTool({QStringLiteral("compile"), nc}, store);
+        EXPECT_EQ(unknown.code, 1);
+        EXPECT_TRUE(unknown.out.contains(QStringLiteral("Tool 2 has no measured offset"))) << unknown.out.toStdString();
+    } else {
+        EXPECT_EQ(RunTool({QStringLiteral("compile"), nc}, store).code, 64);
+        ResetCompilerState();
+        TempStore temp;
+        temp.writeRaw(ReadFileBytes(src + QStringLiteral("/store.ini")));
+        ReadStartSettings();
+        ToolDataLoad();
+        CompileProgram(nc);
+    }
+    const ToolRun dump = RunTool({QStringLiteral("dump"), ncx}, store);
+    EXPECT_EQ(dump.code, 0);
+    EXPECT_EQ(dump.out, QString::fromUtf8(ReadFileBytes(src + QStringLiteral("/expected.dump"))));
+    EXPECT_EQ(RunTool({QStringLiteral("dump")}, store).code, 64);
+    EXPECT_EQ(RunTool({QStringLiteral("dump"), work.path() + QStringLiteral("/missing.ncx")}, store).code, 1);
 }
