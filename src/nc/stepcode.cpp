@@ -163,9 +163,18 @@ ComposedStep strComposedStep(int16_t intX, int16_t intY, int16_t intZ, float sng
         m = 12.0f;  // speed 0 goes at the slowest speed a record can carry
 
     // m mm/min is 1.2 m steps/s; 768000 / m is the count at the controller's 921600 Hz tick.
-    glngStepTimer = 65536 - vb::CLng(768000.0 / m);
-    if (glngStepTimer < kTimerFloor)
-        glngStepTimer = kTimerFloor;
+    // Most steps repeat the speed of the step before (a feed held, an arc): the last speed's
+    // timer is kept, which spares the division. The result is the same either way.
+    static float lastM = -1.0f;
+    static int32_t lastTimer = 0;
+    if (m != lastM) {
+        int32_t t = 65536 - vb::CLng(768000.0 / m);
+        if (t < kTimerFloor)
+            t = kTimerFloor;
+        lastM = m;
+        lastTimer = t;
+    }
+    glngStepTimer = lastTimer;
 
     int flags = 0;
     if (intX != 0) flags |= 4;

@@ -111,13 +111,6 @@ TEST(Golden, CommandLineDumpAndCompile)
         ToolRun second = RunTool({QStringLiteral("compile"), nc}, store);
         EXPECT_EQ(second.code, 0);
         EXPECT_EQ(second.out, QStringLiteral("The analysed file is up to date.\nAnalysed file: ") + ncx + u'\n');
-        // An unknown offset is never compiled into the steps.
-        QByteArray s = ReadFileBytes(store);
-        s.replace("|0.500", "|-2000.000");
-        WriteFile(store, s);
-        ToolRun unknown = RunTool({QStringLiteral("compile"), nc}, store);
-        EXPECT_EQ(unknown.code, 1);
-        EXPECT_TRUE(unknown.out.contains(QStringLiteral("Tool 2 has no measured offset"))) << unknown.out.toStdString();
     } else {
         EXPECT_EQ(RunTool({QStringLiteral("compile"), nc}, store).code, 64);
         ResetCompilerState();
@@ -132,4 +125,14 @@ TEST(Golden, CommandLineDumpAndCompile)
     EXPECT_EQ(dump.out, QString::fromUtf8(ReadFileBytes(src + QStringLiteral("/expected.dump"))));
     EXPECT_EQ(RunTool({QStringLiteral("dump")}, store).code, 64);
     EXPECT_EQ(RunTool({QStringLiteral("dump"), work.path() + QStringLiteral("/missing.ncx")}, store).code, 1);
+
+    if (UsesRealReader()) {
+        // An unknown offset is never compiled into the steps.
+        QByteArray s = ReadFileBytes(store);
+        s.replace("|0.500", "|-2000.000");
+        WriteFile(store, s);
+        ToolRun unknown = RunTool({QStringLiteral("compile"), nc}, store);
+        EXPECT_EQ(unknown.code, 1);
+        EXPECT_TRUE(unknown.out.contains(QStringLiteral("Tool 2 has no measured offset"))) << unknown.out.toStdString();
+    }
 }
