@@ -18,6 +18,15 @@
 QString gstrAnalysedFile;
 QByteArray gstrDigest;
 
+#if __has_include("nc/reader.h")
+#include "nc/reader.h"
+// The reader asks its check through a seam; wherever the compiler is part of the program the
+// check is this one.
+namespace {
+const bool gblnCheckInstalled = (gfnCompFileReason = &strCompFileReason, true);
+} // namespace
+#endif
+
 namespace {
 
 int16_t getInt(int16_t intFile)
