@@ -23,7 +23,7 @@ QByteArray gstrDigest;
 // The reader asks its check through a seam; wherever the compiler is part of the program the
 // check is this one.
 namespace {
-const bool gblnCheckInstalled = (gfnCompFileReason = &strCompFileReason, true);
+[[maybe_unused]] const bool gblnCheckInstalled = (gfnCompFileReason = &strCompFileReason, true);
 } // namespace
 #endif
 
