@@ -92,10 +92,12 @@ void UpdateProgress(float &sngDone, float &sngLastX, float &sngLastY, float &sng
         // overflow, anything else / 0 a division by zero; both go to the trap.
         if (gsngPathTotal == 0.0f)
             vb::Err(sngDone == 0.0f ? vb::kOverflow : vb::kDivisionByZero);
-        int16_t percent = vb::CInt(static_cast<double>(sngDone) * 100 / gsngPathTotal);
+        // Capped before it is rounded (the same result): a path far beyond the estimate, as a
+        // G1 ahead of the first G0 to coordinates not yet programmed makes, shows 100.
+        double percent = static_cast<double>(sngDone) * 100 / gsngPathTotal;
         if (percent > 100)
             percent = 100;
-        uiHooks().progress(percent);
+        uiHooks().progress(vb::CInt(percent));
         // The interface gets its turn at most every 20 ms: a turn of the event loop costs more
         // than a short move, and 20 ms is far below what an operator's Esc can tell apart.
         static QElapsedTimer sinceYield;

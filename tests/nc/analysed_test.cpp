@@ -254,6 +254,36 @@ TEST_F(Analysed, TheEstimateSkipsCoordinatesNotYetProgrammed)
     EXPECT_FLOAT_EQ(gsngPathTotal, 5.0f + 1.0f);  // Z of the G1 is still 300: nothing for it
 }
 
+TEST_F(Analysed, AG1AheadOfTheFirstG0GoesToTheUnsetCoordinates)
+{
+    // Y and Z are still 300.0 (not programmed): the cut is compiled as a move there.
+    WriteFile(m_nc, "%\nN1 T1\nN2 S1000\nN3 G1 X1 F100\nN4 G0 X1 Y1 Z1\n");
+    CompileProgram(m_nc);
+    const AnalysedFileView v = ParseAnalysedFile(ReadFileBytes(m_ncx));
+    int64_t net[3] = {0, 0, 0}, steps = 0;
+    for (const auto &r : v.records) {
+        if (r.command != 3)
+            continue;
+        net[0] += r.dx();
+        net[1] += r.dy();
+        net[2] += r.dz();
+        ++steps;
+    }
+    EXPECT_EQ(steps, 21600);
+    EXPECT_EQ(net[0], 72);
+    EXPECT_EQ(net[1], 21600);
+    EXPECT_EQ(net[2], 21600);
+    EXPECT_EQ(glngFirstMove, 4);
+}
+
+TEST_F(Analysed, AProgramWithNoPathDividesByZeroIntoTheTrap)
+{
+    WriteFile(m_nc, "%\nN1 T1\nN2 S1000\nN3 G0 X0 Y0 Z0\nN4 G1 X0 F100\n");
+    TrapRecorder trap;
+    EXPECT_THROW(CompileProgram(m_nc), TrapEnded);
+    EXPECT_EQ(trap.report(), ExpectedTrap("modEvaluate", "UpdateProgress", 6, QStringLiteral("Overflow")));
+}
+
 TEST_F(Analysed, RandomBytesEndInAReasonNeverACrash)
 {
     CompileProgram(m_nc);

@@ -304,3 +304,15 @@ TEST_F(ArcStep, RandomArcsEndWithinAStepAndStayOnTheirCircle)
         }
     }
 }
+
+TEST_F(ArcStep, PieceWithAChordOf100MmOrMoreIsAStraightRun)
+{
+    // Radius 80: the quarter's chord is 113 mm, its first point is already 9999 mm^2 or more
+    // from the end, so the walk stops there and the closing run makes the piece: a diagonal.
+    const Walk w = RunArc(80, 0, 0, 80, -80, 0, 0, 1);
+    ASSERT_EQ(w.recs.size(), 5760u);
+    for (const auto &r : w.recs) {
+        ASSERT_EQ(r.dx(), -1);
+        ASSERT_EQ(r.dy(), 1);
+    }
+}
