@@ -18,6 +18,8 @@
 #include <QFile>
 #include <QList>
 
+#include <cmath>
+
 void ResetCompilerState()
 {
     FileCloseAll();
@@ -218,4 +220,58 @@ QByteArray ReadFileBytes(const QString &path)
 {
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+void ExpectValidRecords(const AnalysedFileView &v)
+{
+    for (size_t i = 0; i < v.records.size(); ++i) {
+        const StepRecordView &r = v.records[i];
+        if (r.command < 0)
+            continue;
+        if (r.isNonStep()) {
+            EXPECT_TRUE(r.code == 0 || r.code == 160 || r.code == 176) << i;
+            continue;
+        }
+        ASSERT_LE(r.code, 85) << i;
+        EXPECT_EQ((r.code >> 1) % 4 - 1, r.dx()) << i;
+        EXPECT_EQ((r.code >> 3) % 4 - 1, r.dy()) << i;
+        EXPECT_EQ((r.code >> 5) % 4 - 1, r.dz()) << i;
+        EXPECT_GE(r.timer, 1536) << i;
+    }
+    ASSERT_FALSE(v.records.empty());
+    EXPECT_EQ(v.records.back().command, 0);
+    EXPECT_TRUE(v.records.back().isNonStep());
+}
+
+void ExpectMachinePositions(const AnalysedFileView &v)
+{
+    ASSERT_GT(glngFirstMove, 0);
+    const CommandRecord &first = gtypCommands(glngFirstMove);
+    int64_t pos[3] = {std::llround(first.sngX * 72.0), std::llround(first.sngY * 72.0), std::llround(first.sngZ * 72.0)};
+    size_t i = 0;
+    while (i < v.records.size() && v.records[i].command <= glngFirstMove)
+        ++i;
+    while (i < v.records.size() && v.records[i].command > 0) {
+        const int32_t cmd = v.records[i].command;
+        while (i < v.records.size() && v.records[i].command == cmd) {
+            pos[0] += v.records[i].dx();
+            pos[1] += v.records[i].dy();
+            pos[2] += v.records[i].dz();
+            ++i;
+        }
+        const CommandRecord &c = gtypCommands(cmd);
+        const double t[3] = {c.sngX * 72.0, c.sngY * 72.0, c.sngZ * 72.0};
+        if (c.intType == kCmdRapid || c.intType == kCmdLine) {
+            for (int a = 0; a < 3; ++a) {
+                // From a position off the grid target (after an arc) the move still ends on it.
+                ASSERT_EQ(pos[a], std::llround(t[a])) << c.strText.toStdString() << " axis " << a;
+            }
+        } else if (c.intType == kCmdArcCw || c.intType == kCmdArcCcw) {
+            for (int a = 0; a < 2; ++a) {
+                // An R arc under 3 steps is a line: it ends on the rounded target.
+                EXPECT_LT(pos[a], t[a] + 0.5 + 1e-3) << c.strText.toStdString();
+                EXPECT_GT(pos[a], t[a] - 5 - 1e-3) << c.strText.toStdString();
+            }
+        }
+    }
 }

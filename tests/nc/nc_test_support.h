@@ -53,6 +53,14 @@ QString CompileProgram(const QString &strFile);
 // True when ReadProgram goes through the real reader.
 bool UsesRealReader();
 
+// Codes 0..85 for steps and agreeing with the flags, 160 and 176 for speed and tool records,
+// the end marker last.
+void ExpectValidRecords(const AnalysedFileView &v);
+// With no backlash and equal tool offsets: from the first move's target on, every straight move
+// ends on the grid point of its target, every arc at most a step per piece (five) short of it.
+// Needs the command table of the compilation.
+void ExpectMachinePositions(const AnalysedFileView &v);
+
 // Writes text to a file (bytes as given).
 void WriteFile(const QString &path, const QByteArray &bytes);
 QByteArray ReadFileBytes(const QString &path);

@@ -96,52 +96,10 @@ TEST_F(Properties, GeneratedProgramsKeepTheInvariants)
         ASSERT_TRUE(v.problems.isEmpty()) << v.problems.join(u'\n').toStdString();
         ASSERT_EQ(v.commands.size(), static_cast<size_t>(glngCommandCount));
 
-        // Codes: 0..85 for steps, agreeing with the flags; 160 and 176 for the speed and tool
-        // records; a record with command 0 and no flags is the end marker, last.
-        for (size_t i = 0; i < v.records.size(); ++i) {
-            const StepRecordView &r = v.records[i];
-            if (r.command < 0)
-                continue;
-            if (r.isNonStep()) {
-                EXPECT_TRUE(r.code == 0 || r.code == 160 || r.code == 176) << i;
-                continue;
-            }
-            ASSERT_LE(r.code, 85) << i;
-            EXPECT_EQ((r.code >> 1) % 4 - 1, r.dx()) << i;
-            EXPECT_EQ((r.code >> 3) % 4 - 1, r.dy()) << i;
-            EXPECT_EQ((r.code >> 5) % 4 - 1, r.dz()) << i;
-            EXPECT_GE(r.timer, 1536) << i;
-        }
-        EXPECT_EQ(v.records.back().command, 0);
-        EXPECT_TRUE(v.records.back().isNonStep());
+        ExpectValidRecords(v);
         if (backlash)
             continue;
 
-        // Positions: from the first move's target, every straight move ends on the grid point
-        // of its target; every arc within a step per piece (five at most) short of it.
-        int64_t pos[3] = {720, 720, 144};  // the first move N3 to (10, 10, 2)
-        size_t i = 0;
-        while (i < v.records.size() && v.records[i].command <= 3)
-            ++i;
-        while (i < v.records.size() && v.records[i].command > 0) {
-            const int32_t cmd = v.records[i].command;
-            while (i < v.records.size() && v.records[i].command == cmd) {
-                pos[0] += v.records[i].dx();
-                pos[1] += v.records[i].dy();
-                pos[2] += v.records[i].dz();
-                ++i;
-            }
-            const CommandRecord &c = gtypCommands(cmd);
-            const double t[3] = {c.sngX * 72.0, c.sngY * 72.0, c.sngZ * 72.0};
-            if (c.intType == kCmdRapid || c.intType == kCmdLine) {
-                for (int a = 0; a < 3; ++a)
-                    ASSERT_EQ(pos[a], std::llround(t[a])) << "N line " << c.strText.toStdString() << " axis " << a;
-            } else {
-                for (int a = 0; a < 2; ++a) {
-                    EXPECT_LT(pos[a], t[a] + 1e-3) << c.strText.toStdString();
-                    EXPECT_GT(pos[a], t[a] - 5 - 1e-3) << c.strText.toStdString();
-                }
-            }
-        }
+        ExpectMachinePositions(v);
     }
 }
