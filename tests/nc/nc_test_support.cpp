@@ -243,7 +243,7 @@ void ExpectValidRecords(const AnalysedFileView &v)
     EXPECT_TRUE(v.records.back().isNonStep());
 }
 
-void ExpectMachinePositions(const AnalysedFileView &v)
+void ExpectMachinePositions(const AnalysedFileView &v, double tieBand)
 {
     ASSERT_GT(glngFirstMove, 0);
     const CommandRecord &first = gtypCommands(glngFirstMove);
@@ -263,7 +263,15 @@ void ExpectMachinePositions(const AnalysedFileView &v)
         const double t[3] = {c.sngX * 72.0, c.sngY * 72.0, c.sngZ * 72.0};
         if (c.intType == kCmdRapid || c.intType == kCmdLine) {
             for (int a = 0; a < 3; ++a) {
-                // From a position off the grid target (after an arc) the move still ends on it.
+                // Also after an arc, which may leave the machine short of its target. The
+                // position in mm is a single: its rounding drifts over many moves (a tenth of a
+                // step over thousands of lines), so a target within `tieBand` of a half step
+                // may round to the other neighbour.
+                const double frac = t[a] - std::floor(t[a]);
+                if (std::fabs(frac - 0.5) < tieBand) {
+                    ASSERT_LE(std::llabs(pos[a] - std::llround(t[a])), 1) << c.strText.toStdString();
+                    continue;
+                }
                 ASSERT_EQ(pos[a], std::llround(t[a])) << c.strText.toStdString() << " axis " << a;
             }
         } else if (c.intType == kCmdArcCw || c.intType == kCmdArcCcw) {

@@ -58,8 +58,9 @@ bool UsesRealReader();
 void ExpectValidRecords(const AnalysedFileView &v);
 // With no backlash and equal tool offsets: from the first move's target on, every straight move
 // ends on the grid point of its target, every arc at most a step per piece (five) short of it.
-// Needs the command table of the compilation.
-void ExpectMachinePositions(const AnalysedFileView &v);
+// A target within tieBand of a half step may end on the other neighbour (the single-precision
+// position drifts). Needs the command table of the compilation.
+void ExpectMachinePositions(const AnalysedFileView &v, double tieBand = 0.02);
 
 // Writes text to a file (bytes as given).
 void WriteFile(const QString &path, const QByteArray &bytes);
