@@ -65,10 +65,16 @@ void CloseProgram()
     }
     // Backlash return: every axis that last moved positive moves back through its play, so the
     // next job starts with the play known. Command number 0: the stream stops ahead of these.
-    int16_t cx = 0, cy = 0, cz = 0;
-    if (gintLastDirX == 1) { gintLastDirX = -1; gintPlayX = gintBacklashX; cx = vb::Int16(-static_cast<int32_t>(gintBacklashX)); }
-    if (gintLastDirY == 1) { gintLastDirY = -1; gintPlayY = gintBacklashY; cy = vb::Int16(-static_cast<int32_t>(gintBacklashY)); }
-    if (gintLastDirZ == 1) { gintLastDirZ = -1; gintPlayZ = gintBacklashZ; cz = vb::Int16(-static_cast<int32_t>(gintBacklashZ)); }
+    const auto returnCount = [](int16_t &intLastDir, int16_t &intPlay, int16_t intBacklash) -> int16_t {
+        if (intLastDir != 1)
+            return 0;
+        intLastDir = -1;
+        intPlay = intBacklash;
+        return vb::Int16(-static_cast<int32_t>(intBacklash));
+    };
+    int16_t cx = returnCount(gintLastDirX, gintPlayX, gintBacklashX);
+    int16_t cy = returnCount(gintLastDirY, gintPlayY, gintBacklashY);
+    int16_t cz = returnCount(gintLastDirZ, gintPlayZ, gintBacklashZ);
     while (cx != 0 || cy != 0 || cz != 0) {
         SendStepToBuffer(0, static_cast<int16_t>(vb::Sgn(cx)), static_cast<int16_t>(vb::Sgn(cy)),
                          static_cast<int16_t>(vb::Sgn(cz)), gsngRapidSpeed, gsngRapidSpeed, gsngRapidSpeed, kStepMove);
