@@ -2,6 +2,7 @@
 // program without the window, and for the tests. Each command lives in its own file; this
 // only picks one.
 #include "app/nc_check.h"
+#include "app/nc_compile.h"
 
 #include <QCoreApplication>
 
@@ -16,7 +17,9 @@ struct NcCommand {
 };
 
 const NcCommand kCommands[] = {
-    {"check", NcCheck, "check FILE   read an NC program as Brantok does; exit 0 clean, 1 fault, 2 error trap"},
+    {"check", NcCheck, "check FILE      read an NC program as Brantok does; exit 0 clean, 1 fault, 2 error trap"},
+    {"compile", NcCompile, "compile FILE    compile an NC program as Brantok does before machining"},
+    {"dump", NcDump, "dump FILE.ncx   show an analysed file readably"},
 };
 
 int Usage()

@@ -75,6 +75,8 @@ int NcCheck(const QStringList &args)
     const QString strFile = args.at(0);
     InstallCheckHooks();
     gblnRefused = false;
+    // A check reads the NC text itself, even when a valid analysed file stands beside it.
+    gfnCompFileReason = strNoCompFileReason;
     // As the program starts: the settings, then the tool table. Both only read the store.
     ReadStartSettings();
     ToolDataLoad();

@@ -32,6 +32,7 @@ UiHooks consoleHooks()
     h.pageTurnStart = [](const QString &) {};
     h.pageTurnStop = [] {};
     h.correctFile = [](const QString &, const QString &, const QString &) { return QStringLiteral("Cancel"); };
+    h.progress = [](int16_t) {};
     h.endProcess = [](int code) { std::fflush(nullptr); std::_Exit(code); };
     return h;
 }

@@ -21,6 +21,9 @@ struct UiHooks {
     // `errorText` above it. Returns "Ok" once the corrected text is saved over the file,
     // "Cancel" otherwise.
     std::function<QString(const QString &file, const QString &errorText, const QString &faultyLine)> correctFile;
+    // The compilation's progress bar on the main window, 0 to 100 (percent of the estimated
+    // path). Called once a move while compiling; the console and the tests ignore it.
+    std::function<void(int16_t percent)> progress;
     // Ends the process at once, with no clean-up. Must not return.
     std::function<void(int exitCode)> endProcess;
 };

@@ -5,6 +5,7 @@ list(APPEND CORE_SOURCES
     src/core/msgbox.cpp
     src/core/store.cpp
     src/core/state.cpp
+    src/core/filenum.cpp
 )
 # The start, the stop and the main window (widgets).
 list(APPEND UI_SOURCES

@@ -75,55 +75,8 @@ QString faultDescription(int32_t number)
 void Err(int32_t number) { throw Fault(number, faultDescription(number)); }
 void Err(int32_t number, const QString &description) { throw Fault(number, description); }
 
-double RoundHalfEven(double x)
-{
-    if (!std::isfinite(x))
-        return x;
-    double fl = std::floor(x);
-    double diff = x - fl;
-    if (diff > 0.5)
-        return fl + 1.0;
-    if (diff < 0.5)
-        return fl;
-    // An exact half: to the even neighbour.
-    return std::fmod(fl, 2.0) == 0.0 ? fl : fl + 1.0;
-}
-
-int16_t CInt(double x)
-{
-    if (std::isnan(x))
-        Err(kOverflow);
-    double r = RoundHalfEven(x);
-    if (r < -32768.0 || r > 32767.0)
-        Err(kOverflow);
-    return static_cast<int16_t>(r);
-}
-
-int32_t CLng(double x)
-{
-    if (std::isnan(x))
-        Err(kOverflow);
-    double r = RoundHalfEven(x);
-    if (r < -2147483648.0 || r > 2147483647.0)
-        Err(kOverflow);
-    return static_cast<int32_t>(r);
-}
-
-int16_t Int16(int64_t x)
-{
-    if (x < std::numeric_limits<int16_t>::min() || x > std::numeric_limits<int16_t>::max())
-        Err(kOverflow);
-    return static_cast<int16_t>(x);
-}
-
-int32_t Int32(int64_t x)
-{
-    if (x < std::numeric_limits<int32_t>::min() || x > std::numeric_limits<int32_t>::max())
-        Err(kOverflow);
-    return static_cast<int32_t>(x);
-}
-
-int Sgn(double x) { return x > 0 ? 1 : (x < 0 ? -1 : 0); }
+// RoundHalfEven, CInt, CLng, Int16, Int32 and Sgn are inline in vb.h: the step compiler calls
+// them for every motor step.
 
 namespace {
 bool isValBlank(QChar c) { return c == u' ' || c == u'\t' || c == u'\n'; }

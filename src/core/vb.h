@@ -104,6 +104,43 @@ int Asc(const QString &s);
 
 inline double Int(double x) { return std::floor(x); }
 
+// Inline because the step compiler rounds several times per motor step. rint rounds in the
+// current rounding mode, which the program never changes from to-nearest, ties to even;
+// infinities and NaN pass through.
+inline double RoundHalfEven(double x) { return std::rint(x); }
+
+inline int16_t CInt(double x)
+{
+    const double r = std::rint(x);
+    if (!(r >= -32768.0 && r <= 32767.0))  // NaN fails too
+        Err(kOverflow);
+    return static_cast<int16_t>(r);
+}
+
+inline int32_t CLng(double x)
+{
+    const double r = std::rint(x);
+    if (!(r >= -2147483648.0 && r <= 2147483647.0))
+        Err(kOverflow);
+    return static_cast<int32_t>(r);
+}
+
+inline int16_t Int16(int64_t x)
+{
+    if (x < -32768 || x > 32767)
+        Err(kOverflow);
+    return static_cast<int16_t>(x);
+}
+
+inline int32_t Int32(int64_t x)
+{
+    if (x < INT32_MIN || x > INT32_MAX)
+        Err(kOverflow);
+    return static_cast<int32_t>(x);
+}
+
+inline int Sgn(double x) { return x > 0 ? 1 : (x < 0 ? -1 : 0); }
+
 // A table with a lower bound (1 unless told) whose every access is checked:
 // a subscript outside it is fault 9. `Redim` keeps the elements that stay (ReDim Preserve);
 // `Erase` leaves an undimensioned table of count 0.

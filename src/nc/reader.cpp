@@ -1,5 +1,7 @@
 #include "nc/reader.h"
 
+#include "nc/analysed.h"
+
 #include "core/hooks.h"
 #include "core/logger.h"
 #include "core/msgbox.h"
@@ -8,6 +10,8 @@
 #include "nc/commands.h"
 #include "nc/textfile.h"
 #include "tools/tooltable.h"
+
+#include <QFileInfo>
 
 #include <cfloat>
 #include <cmath>
@@ -319,7 +323,7 @@ void checkWholeFile(NcRead &r)
 
 } // namespace
 
-CompFileReasonFn gfnCompFileReason = strNoCompFileReason;
+CompFileReasonFn gfnCompFileReason = strCompFileReason;
 
 QString strNoCompFileReason()
 {
@@ -329,7 +333,11 @@ QString strNoCompFileReason()
 
 void ReadCommands(const QString &strFile) try {
     gstrNCFile = strFile;
-    gstrAnalysedReason = gfnCompFileReason ? gfnCompFileReason() : strNoCompFileReason();
+    // A file that is gone or is no file has no analysed version to check: the read below
+    // tells the operator what is wrong with it.
+    const QFileInfo info(strFile);
+    const bool blnReadable = !strFile.isEmpty() && info.isFile() && info.isReadable();
+    gstrAnalysedReason = blnReadable && gfnCompFileReason ? gfnCompFileReason() : strNoCompFileReason();
     gintReadResult = gblnCancel ? 1 : 0;
     if (!gblnAnalysedValid)
         gstrHeader = strHeaderFromCommands();

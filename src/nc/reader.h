@@ -61,8 +61,8 @@ void GetBilletSize();
 void ToolAddToUsedList(int16_t intToolNumber);
 
 // Whether a valid analysed file can stand in for the NC text: returns the reason why it
-// can't (empty when it can) and sets gblnAnalysedValid. The analysed-file cache plugs its
-// check in here; until then every file counts as having no valid analysed file.
+// can't (empty when it can) and sets gblnAnalysedValid. The program uses the analysed-file
+// cache's strCompFileReason; `brantok-nc check` always reads the text and puts the stand-in here.
 using CompFileReasonFn = QString (*)();
 extern CompFileReasonFn gfnCompFileReason;
 // The stand-in: clears gblnAnalysedValid, "there is no previously analysed version of this NC file".

@@ -120,8 +120,9 @@ TEST(Reader, CleanReadLeavesHeaderBilletAndBusyDisplay)
     EXPECT_EQ(gsngBilletLength, 50.0f);
     EXPECT_EQ(gsngBilletWidth, 40.0f);
     EXPECT_EQ(gsngBilletDepth, 6.0f);
-    EXPECT_EQ(gstrAnalysedReason, QStringLiteral("there is no previously analysed version of this NC file"));
-    EXPECT_EQ(h.busy, QStringList{"start Reading CNC file"});   // the wizard's next step stops it
+    EXPECT_EQ(gstrAnalysedReason, QStringLiteral("the setting 'Retain calculated Mill steps' is turned off"));
+    // The file checks, then the read; the wizard's next step stops the display.
+    EXPECT_EQ(h.busy, QStringList({"start Performing file checks", "start Reading CNC file"}));
     EXPECT_EQ(glngCommandCount, 3);
 
     // A second read starts from empty tables.
@@ -132,7 +133,7 @@ TEST(Reader, CleanReadLeavesHeaderBilletAndBusyDisplay)
     // A fault stops the busy display before the window shows.
     h.busy.clear();
     ReadCommands(h.write("bad.brx", "%\r\nN10 M3\r\n"));
-    EXPECT_EQ(h.busy, QStringList({"start Reading CNC file", "stop"}));
+    EXPECT_EQ(h.busy, QStringList({"start Performing file checks", "start Reading CNC file", "stop"}));
 }
 
 TEST(Reader, CancelStopsTheRead)

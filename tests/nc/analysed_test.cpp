@@ -1,0 +1,329 @@
+// The analysed-file cache and the evaluation around it: the file's layout, every reason in
+// its words and what it leaves on disk, the cancel paths, the closing sequence and the
+// machine state that a compilation must leave as it found it.
+#include "nc_test_support.h"
+
+#include "core/filenum.h"
+#include "core/hooks.h"
+#include "core/state.h"
+#include "nc/analysed.h"
+#include "nc/commands.h"
+#include "nc/evaluate.h"
+#include "nc/linestep.h"
+#include "nc/ncxdump.h"
+#include "nc/stepcode.h"
+#include "tools/tooltable.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
+
+namespace {
+
+const QByteArray kProgram = "%\n"
+                            "* Billet length 50\n"
+                            "N10 T1\n"
+                            "N20 S1000\n"
+                            "N30 G0 X1 Y1 Z1\n"
+                            "N40 G1 Z-0.5 F100\n"
+                            "N50 G1 X3 Y2 F200\n"
+                            "N60 G0 Z2\n";
+
+class Analysed : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ResetCompilerState();
+        SetTools({{1, 3.0f, 0.0f}, {2, 6.0f, 1.25f}});
+        m_nc = m_dir.path() + QStringLiteral("/part.brx");
+        m_ncx = m_dir.path() + QStringLiteral("/part.ncx");
+        WriteFile(m_nc, kProgram);
+    }
+    void TearDown() override { ResetCompilerState(); }
+
+public:
+    QTemporaryDir m_dir;
+    QString m_nc, m_ncx;
+};
+
+} // namespace
+
+TEST_F(Analysed, LayoutOfTheFileByteForByte)
+{
+    gintBacklashX = 3;
+    gintBacklashY = -2;
+    SetTools({{1, 3.125f, -1.125f}});  // x 100 = 312.5 and -112.5: ties go to even
+    EXPECT_EQ(CompileProgram(m_nc), QString::fromLatin1(AnalysedReason::kNone));
+    const QByteArray f = ReadFileBytes(m_ncx);
+    ASSERT_GT(f.size(), 100);
+    EXPECT_EQ(f.left(16), QCryptographicHash::hash(kProgram, QCryptographicHash::Md5));
+    EXPECT_EQ(f.mid(16, 4), QByteArray("\x50\xC3\x00\x00", 4));              // 50000
+    EXPECT_EQ(f.mid(20, 6), QByteArray("\x03\x00\xFE\xFF\x00\x00", 6));      // 3, -2, 0
+    EXPECT_EQ(f.mid(26, 2), QByteArray("\x01\x00", 2));                      // one tool
+    EXPECT_EQ(f.mid(28, 6), QByteArray("\x01\x00\x38\x01\x90\xFF", 6));      // 1, 312, -112
+    EXPECT_EQ(f.mid(34, 4), QByteArray("\x06\x00\x00\x00", 4));              // six commands
+    EXPECT_EQ(f.mid(38, 2 + 6 + 4), QByteArray("\x06\x00N10 T1\xE8\x03\x00\x00", 12));  // value 1 * 1000
+    // Trailer: the length, this field included.
+    EXPECT_EQ(f.right(4), strLongToLongString(static_cast<int32_t>(f.size())));
+    const AnalysedFileView v = ParseAnalysedFile(f);
+    EXPECT_TRUE(v.problems.isEmpty()) << v.problems.join(u'\n').toStdString();
+    EXPECT_EQ(v.commands.size(), 6u);
+    EXPECT_EQ(v.commands[4].value, 200000);   // the G1 feed
+    EXPECT_EQ(v.commands[2].value, 500000);   // a G0 carries the rapid speed
+    // Records: tool, speed, the two first-move records, steps..., the end marker last.
+    ASSERT_GE(v.records.size(), 5u);
+    EXPECT_EQ(v.records[0].code, 176);
+    EXPECT_EQ(v.records[1].code, 160);
+    EXPECT_EQ(v.records[2].command, -3);
+    EXPECT_EQ(v.records[3].command, -3);
+    EXPECT_EQ(v.records.back().command, 0);
+    EXPECT_TRUE(v.records.back().isNonStep());
+}
+
+TEST_F(Analysed, SameFileTwiceIsNotCompiledAgain)
+{
+    EXPECT_EQ(CompileProgram(m_nc), QString::fromLatin1(AnalysedReason::kNone));
+    const QByteArray first = ReadFileBytes(m_ncx);
+    int progressCalls = 0;
+    uiHooks().progress = [&](int16_t) { ++progressCalls; };
+    EXPECT_EQ(CompileProgram(m_nc), QString());
+    EXPECT_TRUE(gblnAnalysedValid);
+    EXPECT_EQ(progressCalls, 0);
+    EXPECT_EQ(ReadFileBytes(m_ncx), first);
+    EXPECT_EQ(gintUsedToolCount, 1);
+    EXPECT_EQ(gintUsedTools(1), 1);
+    EXPECT_TRUE(gblnStepsToWorkFile);
+    ResetUiHooks();
+}
+
+// Each row changes one thing after a good compilation; the check gives its reason and the
+// stale file is gone.
+TEST_F(Analysed, EveryChangeGivesItsReasonAndDeletesTheFile)
+{
+    struct Row {
+        const char *reason;
+        std::function<void(Analysed &)> change;
+    };
+    const Row rows[] = {
+        {"the NC file has been changed",
+         [](Analysed &t) { QByteArray p = kProgram; p[p.indexOf("F200") + 3] = '1'; WriteFile(t.m_nc, p); }},
+        {"the previously analysed version of this NC file is incomplete",
+         [](Analysed &t) { QByteArray f = ReadFileBytes(t.m_ncx); f.chop(4); WriteFile(t.m_ncx, f); }},
+        {"the previously analysed version of this NC file is invalid",
+         [](Analysed &t) { WriteFile(t.m_ncx, ReadFileBytes(t.m_ncx).left(8)); }},
+        {"the Rapid Traverse Speed has been changed", [](Analysed &) { gsngRapidSpeed = 475.0f; }},
+        {"the Backlash compensation values have been changed", [](Analysed &) { gintBacklashZ = 1; }},
+        {"Tool 1 has a new offset", [](Analysed &) { gtypTools(1).sngOffset = 0.01f; }},
+        {"Tool 1 has a new diameter", [](Analysed &) { gtypTools(1).sngDiameter = 3.01f; }},
+        {"Tool 1 can no longer be found", [](Analysed &) { gtypTools(1).intNumber = 7; }},
+        {"Tool 1 has a new offset", [](Analysed &) { gtypTools(1).sngOffset = gintToolUnknownOffset; }},
+    };
+    for (const Row &r : rows) {
+        SCOPED_TRACE(r.reason);
+        ResetCompilerState();
+        SetTools({{1, 3.0f, 0.0f}, {2, 6.0f, 1.25f}});
+        WriteFile(m_nc, kProgram);
+        CompileProgram(m_nc);
+        ASSERT_TRUE(QFileInfo::exists(m_ncx));
+        r.change(*this);
+        ReadProgram(m_nc);
+        EXPECT_EQ(gstrAnalysedReason, QString::fromLatin1(r.reason));
+        EXPECT_FALSE(gblnAnalysedValid);
+        EXPECT_FALSE(QFileInfo::exists(m_ncx));
+    }
+}
+
+TEST_F(Analysed, ThingsThatDoNotReachTheStepsDoNotCount)
+{
+    CompileProgram(m_nc);
+    gtypTools(2).sngOffset = 9.0f;      // tool 2 is not used
+    gsngRapidSpeed = 500.004f;          // rounds to the same 50000
+    gblnWoodworker = true;
+    gblnRapidUseDot = false;
+    ReadProgram(m_nc);
+    EXPECT_EQ(gstrAnalysedReason, QString());
+    EXPECT_TRUE(gblnAnalysedValid);
+    gsngRapidSpeed = 500.001f;
+    ReadProgram(m_nc);
+    EXPECT_TRUE(gblnAnalysedValid);
+}
+
+TEST_F(Analysed, KeepFilesOffWritesTheFileButNeverTrustsIt)
+{
+    gblnKeepFiles = false;
+    EXPECT_EQ(CompileProgram(m_nc), QStringLiteral("the setting 'Retain calculated Mill steps' is turned off"));
+    EXPECT_EQ(gstrDigest, QByteArray(16, ' '));
+    const QByteArray f = ReadFileBytes(m_ncx);
+    EXPECT_EQ(f.left(16), QByteArray(16, ' '));
+    EXPECT_EQ(f.right(4), strLongToLongString(static_cast<int32_t>(f.size())));
+    ReadProgram(m_nc);
+    EXPECT_FALSE(gblnAnalysedValid);
+    EXPECT_TRUE(QFileInfo::exists(m_ncx));  // left on disk, overwritten by the next compilation
+    // Turned on again: the blanks are not the digest.
+    gblnKeepFiles = true;
+    ReadProgram(m_nc);
+    EXPECT_EQ(gstrAnalysedReason, QStringLiteral("the NC file has been changed"));
+}
+
+TEST_F(Analysed, NoRoomBesideTheSourceGoesToTheTemporaryFolder)
+{
+    gblnAnalysedToTemp = true;
+    EXPECT_EQ(CompileProgram(m_nc),
+              QStringLiteral("there is insufficient space to keep an analysed version on the source drive"));
+    const QFileInfo fi(gstrAnalysedFile);
+    EXPECT_TRUE(fi.fileName().startsWith(QStringLiteral("QOR")));
+    EXPECT_EQ(fi.absolutePath(), QFileInfo(QDir::tempPath()).absoluteFilePath());
+    EXPECT_TRUE(fi.exists());
+    EXPECT_FALSE(QFileInfo::exists(m_ncx));
+    QFile::remove(gstrAnalysedFile);
+}
+
+TEST_F(Analysed, CancelLeavesAFileWithoutTrailerOnlyWhenFilesAreKept)
+{
+    for (bool keep : {true, false}) {
+        SCOPED_TRACE(keep);
+        ResetCompilerState();
+        gblnKeepFiles = keep;
+        QFile::remove(m_ncx);
+        uiHooks().progress = [](int16_t) { gblnCancel = true; };  // Esc at the first move
+        CompileProgram(m_nc);
+        ResetUiHooks();
+        EXPECT_TRUE(gblnCancel);
+        EXPECT_EQ(QFileInfo::exists(m_ncx), keep);
+        EXPECT_TRUE(gblnStepsToWorkFile);
+        if (keep) {
+            gblnCancel = false;
+            ReadProgram(m_nc);
+            EXPECT_EQ(gstrAnalysedReason, QStringLiteral("the previously analysed version of this NC file is incomplete"));
+        }
+    }
+}
+
+TEST_F(Analysed, MachineStateIsPutBack)
+{
+    glngPosX = 11;
+    glngPosY = -22;
+    glngPosZ = 33;
+    gintBacklashX = gintBacklashY = gintBacklashZ = 4;
+    gintPlayX = 1;
+    gintPlayY = 2;
+    gintPlayZ = 3;
+    gintLastDirX = 1;
+    gintLastDirY = -1;
+    gintLastDirZ = 1;
+    CompileProgram(m_nc);
+    EXPECT_EQ(glngPosX, 11);
+    EXPECT_EQ(glngPosY, -22);
+    EXPECT_EQ(glngPosZ, 33);
+    EXPECT_EQ(gintPlayX, 1);
+    EXPECT_EQ(gintPlayY, 2);
+    EXPECT_EQ(gintPlayZ, 3);
+    EXPECT_EQ(gintLastDirX, 1);
+    EXPECT_EQ(gintLastDirY, -1);
+    EXPECT_EQ(gintLastDirZ, 1);
+    // The program's own end state stays for the stream to continue from.
+    EXPECT_EQ(glngFirstMove, 3);
+    EXPECT_EQ(gsngCurZ, 2.0f);
+    EXPECT_EQ(gintCurrentTool, 1);
+}
+
+TEST_F(Analysed, ProgressNeverShowsAbove100)
+{
+    // The estimate counts a half circle as pi/4 of its axis distances (15.7 mm), the progress
+    // as its chord (20 mm): the sum passes the estimate and the bar stops at 100.
+    const QByteArray arcs = "%\nN1 T1\nN2 S1000\nN3 G0 X10 Y0 Z1\nN4 G3 X-10 Y0 I-10 J0 F300\n"
+                            "N5 G1 Y1\nN6 G1 Y2\n";
+    WriteFile(m_nc, arcs);
+    std::vector<int16_t> shown;
+    uiHooks().progress = [&](int16_t p) { shown.push_back(p); };
+    CompileProgram(m_nc);
+    ResetUiHooks();
+    ASSERT_EQ(shown.size(), 4u);
+    for (int16_t p : shown) {
+        EXPECT_GE(p, 0);
+        EXPECT_LE(p, 100);
+    }
+    // 10.05 / (10.05 + 15.71 + 1 + 1) = 36 %, then (10.05 + 20) / 27.76 is above 100.
+    EXPECT_EQ(shown, (std::vector<int16_t>{36, 100, 100, 100}));
+}
+
+TEST_F(Analysed, TheEstimateSkipsCoordinatesNotYetProgrammed)
+{
+    WriteFile(m_nc, "%\nN1 T1\nN2 S1000\nN3 G1 X3 Y4 F100\nN4 G0 X3 Y4 Z1\n");
+    CompileProgram(m_nc);
+    EXPECT_FLOAT_EQ(gsngPathTotal, 5.0f + 1.0f);  // Z of the G1 is still 300: nothing for it
+}
+
+TEST_F(Analysed, AG1AheadOfTheFirstG0GoesToTheUnsetCoordinates)
+{
+    // Y and Z are still 300.0 (not programmed): the cut is compiled as a move there.
+    WriteFile(m_nc, "%\nN1 T1\nN2 S1000\nN3 G1 X1 F100\nN4 G0 X1 Y1 Z1\n");
+    CompileProgram(m_nc);
+    const AnalysedFileView v = ParseAnalysedFile(ReadFileBytes(m_ncx));
+    int64_t net[3] = {0, 0, 0}, steps = 0;
+    for (const auto &r : v.records) {
+        if (r.command != 3)
+            continue;
+        net[0] += r.dx();
+        net[1] += r.dy();
+        net[2] += r.dz();
+        ++steps;
+    }
+    EXPECT_EQ(steps, 21600);
+    EXPECT_EQ(net[0], 72);
+    EXPECT_EQ(net[1], 21600);
+    EXPECT_EQ(net[2], 21600);
+    EXPECT_EQ(glngFirstMove, 4);
+}
+
+TEST_F(Analysed, AProgramWithNoPathDividesByZeroIntoTheTrap)
+{
+    WriteFile(m_nc, "%\nN1 T1\nN2 S1000\nN3 G0 X0 Y0 Z0\nN4 G1 X0 F100\n");
+    TrapRecorder trap;
+    EXPECT_THROW(CompileProgram(m_nc), TrapEnded);
+    EXPECT_EQ(trap.report(), ExpectedTrap("modEvaluate", "UpdateProgress", 6, QStringLiteral("Overflow")));
+}
+
+TEST_F(Analysed, RandomBytesEndInAReasonNeverACrash)
+{
+    CompileProgram(m_nc);
+    const QByteArray good = ReadFileBytes(m_ncx);
+    uint32_t seed = 12345;
+    auto next = [&seed] { seed = seed * 1664525u + 1013904223u; return seed >> 8; };
+    TrapRecorder trap;
+    for (int round = 0; round < 400; ++round) {
+        QByteArray bytes;
+        const int kind = round % 4;
+        const int size = static_cast<int>(next() % 200);
+        for (int i = 0; i < size; ++i)
+            bytes.append(static_cast<char>(next() & 0xFF));
+        if (kind >= 1 && bytes.size() >= 24) {
+            // The hard case: the right digest and a right trailer in front of the garbage.
+            bytes.replace(0, 16, good.left(16));
+            if (kind >= 2)
+                bytes.replace(16, 10, good.mid(16, 10));
+            bytes.chop(4);
+            bytes += strLongToLongString(static_cast<int32_t>(bytes.size() + 4));
+        }
+        if (kind == 3 && bytes.size() > 28) {
+            bytes[26] = static_cast<char>(0xFF);  // a negative tool count
+            bytes[27] = static_cast<char>(0xFF);
+        }
+        WriteFile(m_ncx, bytes);
+        ReadProgram(m_nc);
+        ASSERT_FALSE(trap.fired()) << round;
+        if (!gblnAnalysedValid) {
+            EXPECT_FALSE(gstrAnalysedReason.isEmpty()) << round;
+        }
+        // Random dumps never fail either.
+        EXPECT_FALSE(strDumpAnalysedFile(bytes, QStringLiteral("x.ncx")).isEmpty());
+    }
+}
+
+TEST_F(Analysed, DigestOfFileAndString)
+{
+    WriteFile(m_nc, QByteArray(200, 'a'));
+    EXPECT_EQ(strDigestFile(m_nc).toHex(), QCryptographicHash::hash(QByteArray(200, 'a'), QCryptographicHash::Md5).toHex());
+    EXPECT_EQ(strDigestString(QString()).toHex(), QByteArray("d41d8cd98f00b204e9800998ecf8427e"));
+    EXPECT_EQ(strDigestString(QStringLiteral("abc")).toHex(), QByteArray("900150983cd24fb0d6963f7d28e17f72"));
+}

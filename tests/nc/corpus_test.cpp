@@ -1,0 +1,68 @@
+// Real programs from other mills, rewritten in Brantok's dialect (they live outside the
+// repository; $BRANTOK_CORPUS names another folder): every one must compile, keep the record
+// invariants and the machine positions, and be reused unchanged the second time. Needs the
+// real reader: skipped while the build has none.
+#include "nc_test_support.h"
+
+#include "core/state.h"
+#include "core/store.h"
+#include "nc/analysed.h"
+#include "nc/commands.h"
+#include "nc/linestep.h"
+#include "nc/stepcode.h"
+#include "tools/tooltable.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <cmath>
+
+TEST(CompilerCorpus, EveryConvertedProgramCompiles)
+{
+    if (!UsesRealReader())
+        GTEST_SKIP() << "the corpus needs the real reader";
+    const QString dir = qEnvironmentVariable("BRANTOK_CORPUS", QStringLiteral("/work/shared/corpus/converted"));
+    QFile tools(dir + QStringLiteral("/tools.txt"));
+    if (!tools.open(QIODevice::ReadOnly))
+        GTEST_SKIP() << "no corpus at " << dir.toStdString();
+
+    ResetCompilerState();
+    TempStore store;
+    int n = 0;
+    for (const QByteArray &line : tools.readAll().split('\n'))
+        if (!line.trimmed().isEmpty())
+            RegistryValuePut(strToolValueName(++n), QString::fromLatin1(line.trimmed()));
+    RegistryValuePut(QStringLiteral("ToolCount"), QString::number(n));
+    ReadStartSettings();
+    ToolDataLoad();
+
+    QTemporaryDir work;  // the analysed files go beside copies, never into the corpus
+    const QStringList files = QDir(dir).entryList({QStringLiteral("*.brx")}, QDir::Files, QDir::Name);
+    ASSERT_FALSE(files.isEmpty());
+    for (const QString &name : files) {
+        SCOPED_TRACE(name.toStdString());
+        const QString nc = work.path() + u'/' + name;
+        WriteFile(nc, ReadFileBytes(dir + u'/' + name));
+        EXPECT_EQ(CompileProgram(nc), QString::fromLatin1(AnalysedReason::kNone));
+        ASSERT_EQ(gintReadResult, 0);
+        const AnalysedFileView v = ParseAnalysedFile(ReadFileBytes(gstrAnalysedFile));
+        ASSERT_TRUE(v.trailerValid);
+        ASSERT_TRUE(v.problems.isEmpty());
+        ExpectValidRecords(v);
+        ExpectMachinePositions(v, 0.5);
+        // The single-precision position stays within a tenth of a step of the steps sent
+        // (it drifts by float rounding, by about a hundredth over 20 000 lines).
+        int64_t net[3] = {0, 0, 0};
+        for (const StepRecordView &r : v.records)
+            if (r.command > 0) {
+                net[0] += r.dx();
+                net[1] += r.dy();
+                net[2] += r.dz();
+            }
+        const CommandRecord &first = gtypCommands(glngFirstMove);
+        EXPECT_NEAR(gsngCurX * 72.0, std::llround(first.sngX * 72.0) + net[0], 0.5);
+        EXPECT_NEAR(gsngCurY * 72.0, std::llround(first.sngY * 72.0) + net[1], 0.5);
+        EXPECT_EQ(CompileProgram(nc), QString());
+        EXPECT_TRUE(gblnAnalysedValid);
+    }
+}

@@ -1,0 +1,138 @@
+// Golden files: each folder under tests/nc/golden holds an NC program (program.brx), the
+// settings and tool table it is compiled with (store.ini, the settings store's own format),
+// and the expected dump of its analysed file (expected.dump, as `brantok-nc dump` prints it).
+// The program is compiled as the program does before machining, in a scratch folder.
+//
+// To regenerate the expected dumps after a deliberate change, run the test program with
+// BRANTOK_UPDATE_GOLDEN=1 and review the diff line by line before committing it:
+//     BRANTOK_UPDATE_GOLDEN=1 build/tests/nc/test_compiler --gtest_filter='Golden*'
+#include "nc_test_support.h"
+
+#include "core/state.h"
+#include "nc/analysed.h"
+#include "tools/tooltable.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QFile>
+
+namespace {
+
+const QString kGoldenDir = QStringLiteral(BRANTOK_SOURCE_DIR "/tests/nc/golden");
+
+QStringList GoldenCases() { return QDir(kGoldenDir).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name); }
+
+// Compiles one case and returns its dump.
+QString CompileCase(const QString &name)
+{
+    const QString src = kGoldenDir + u'/' + name;
+    ResetCompilerState();
+    TempStore store;
+    store.writeRaw(ReadFileBytes(src + QStringLiteral("/store.ini")));
+    ReadStartSettings();
+    ToolDataLoad();
+    QTemporaryDir work;
+    const QString nc = work.path() + QStringLiteral("/program.brx");
+    WriteFile(nc, ReadFileBytes(src + QStringLiteral("/program.brx")));
+    CompileProgram(nc);
+    EXPECT_EQ(gintReadResult, 0);
+    EXPECT_EQ(gstrAnalysedFile, work.path() + QStringLiteral("/program.ncx"));
+    return strDumpAnalysedFile(ReadFileBytes(gstrAnalysedFile), QStringLiteral("program.ncx"));
+}
+
+} // namespace
+
+TEST(Golden, EveryCaseCompilesToItsExpectedDump)
+{
+    const QStringList cases = GoldenCases();
+    ASSERT_GE(cases.size(), 15);
+    const bool update = qEnvironmentVariableIntValue("BRANTOK_UPDATE_GOLDEN") == 1;
+    for (const QString &name : cases) {
+        SCOPED_TRACE(name.toStdString());
+        const QString dump = CompileCase(name);
+        const QString expectedPath = kGoldenDir + u'/' + name + QStringLiteral("/expected.dump");
+        if (update) {
+            WriteFile(expectedPath, dump.toUtf8());
+            continue;
+        }
+        const QString expected = QString::fromUtf8(ReadFileBytes(expectedPath));
+        if (dump == expected)
+            continue;
+        // Show the first line that differs, not two walls of text.
+        const QStringList a = dump.split(u'\n'), b = expected.split(u'\n');
+        for (qsizetype i = 0; i < std::max(a.size(), b.size()); ++i) {
+            const QString got = i < a.size() ? a[i] : QStringLiteral("<end>");
+            const QString want = i < b.size() ? b[i] : QStringLiteral("<end>");
+            if (got != want) {
+                ADD_FAILURE() << "line " << i + 1 << "\n  expected: " << want.toStdString()
+                              << "\n  compiled: " << got.toStdString();
+                break;
+            }
+        }
+    }
+}
+
+// The command-line tool prints the same dump, and compiles as the program does.
+namespace {
+
+struct ToolRun {
+    int code;
+    QString out;
+};
+
+ToolRun RunTool(const QStringList &args, const QString &store)
+{
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("BRANTOK_STORE"), store);
+    p.setProcessEnvironment(env);
+    p.start(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-nc"), args);
+    p.waitForFinished(60000);
+    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput())};
+}
+
+} // namespace
+
+TEST(Golden, CommandLineDumpAndCompile)
+{
+    QTemporaryDir work;
+    const QString store = work.path() + QStringLiteral("/store.ini");
+    const QString src = kGoldenDir + QStringLiteral("/tool_change_offsets");
+    WriteFile(store, ReadFileBytes(src + QStringLiteral("/store.ini")));
+    const QString nc = work.path() + QStringLiteral("/program.brx");
+    WriteFile(nc, ReadFileBytes(src + QStringLiteral("/program.brx")));
+    const QString ncx = work.path() + QStringLiteral("/program.ncx");
+
+    if (UsesRealReader()) {
+        ToolRun first = RunTool({QStringLiteral("compile"), nc}, store);
+        EXPECT_EQ(first.code, 0);
+        EXPECT_EQ(first.out, QStringLiteral("The CNC file is being analysed because there is no previously analysed "
+                                            "version of this NC file.\nAnalysed file: ") + ncx + u'\n');
+        ToolRun second = RunTool({QStringLiteral("compile"), nc}, store);
+        EXPECT_EQ(second.code, 0);
+        EXPECT_EQ(second.out, QStringLiteral("The analysed file is up to date.\nAnalysed file: ") + ncx + u'\n');
+    } else {
+        EXPECT_EQ(RunTool({QStringLiteral("compile"), nc}, store).code, 64);
+        ResetCompilerState();
+        TempStore temp;
+        temp.writeRaw(ReadFileBytes(src + QStringLiteral("/store.ini")));
+        ReadStartSettings();
+        ToolDataLoad();
+        CompileProgram(nc);
+    }
+    const ToolRun dump = RunTool({QStringLiteral("dump"), ncx}, store);
+    EXPECT_EQ(dump.code, 0);
+    EXPECT_EQ(dump.out, QString::fromUtf8(ReadFileBytes(src + QStringLiteral("/expected.dump"))));
+    EXPECT_EQ(RunTool({QStringLiteral("dump")}, store).code, 64);
+    EXPECT_EQ(RunTool({QStringLiteral("dump"), work.path() + QStringLiteral("/missing.ncx")}, store).code, 1);
+
+    if (UsesRealReader()) {
+        // An unknown offset is never compiled into the steps.
+        QByteArray s = ReadFileBytes(store);
+        s.replace("|0.500", "|-2000.000");
+        WriteFile(store, s);
+        ToolRun unknown = RunTool({QStringLiteral("compile"), nc}, store);
+        EXPECT_EQ(unknown.code, 1);
+        EXPECT_TRUE(unknown.out.contains(QStringLiteral("Tool 2 has no measured offset"))) << unknown.out.toStdString();
+    }
+}

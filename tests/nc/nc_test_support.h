@@ -1,0 +1,67 @@
+// Test helpers for the step compiler: a clean compiler state, a tool table, a capture of the
+// step records, and a stand-in for the NC reader.
+#pragma once
+
+#include "nc/ncxdump.h"
+#include "support/test_support.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+struct TestTool {
+    int16_t number;
+    float diameter;
+    float offset;
+};
+
+// Every piece of compiler and shared state back to the start; rapid speed 500, no backlash,
+// analysed files kept, the profile built.
+void ResetCompilerState();
+// Replaces the tool table.
+void SetTools(const std::vector<TestTool> &tools);
+
+// Opens a scratch file as the analysed file so that flushes have somewhere to go, and reads
+// back every record written (flushed or still buffered).
+class StepCapture {
+public:
+    StepCapture();
+    ~StepCapture();
+    std::vector<StepRecordView> records();
+    QByteArray bytes();
+
+private:
+    QTemporaryDir m_dir;
+    QString m_path;
+};
+
+// A STAND-IN FOR THE NC READER, for the compiler's tests only: it reads the subset of the NC
+// language that the tests use (%, * header lines, N lines with G0..G4, X Y Z I J R F S T P)
+// into gtypCommands with the reader's modal rules, without its checks. The tests that should
+// run through the real reader call ReadProgram, which uses the real ReadCommands once the
+// reader is part of the build.
+void ParseProgramText(const QByteArray &text);
+// What the program does before machining: the analysed-file check, then (if the file is not
+// valid) the parse. Sets gstrNCFile, gstrAnalysedReason, gintReadResult.
+void ReadProgram(const QString &strFile);
+// ReadProgram, then EvaluateCommands: the program's way to an analysed file. Returns the reason.
+QString CompileProgram(const QString &strFile);
+// True when ReadProgram goes through the real reader.
+bool UsesRealReader();
+
+// Codes 0..85 for steps and agreeing with the flags, 160 and 176 for speed and tool records,
+// the end marker last.
+void ExpectValidRecords(const AnalysedFileView &v);
+// With no backlash and equal tool offsets: from the first move's target on, every straight move
+// ends on the grid point of its target, every arc at most a step per piece (five) short of it.
+// A target within tieBand of a half step may end on the other neighbour (the single-precision
+// position drifts). Needs the command table of the compilation.
+void ExpectMachinePositions(const AnalysedFileView &v, double tieBand = 0.02);
+
+// Writes text to a file (bytes as given).
+void WriteFile(const QString &path, const QByteArray &bytes);
+QByteArray ReadFileBytes(const QString &path);

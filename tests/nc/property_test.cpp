@@ -1,0 +1,105 @@
+// Properties over generated programs: every program mixes rapids, cuts and arcs in both
+// forms, and each compiled file must keep the invariants the machine relies on.
+#include "nc_test_support.h"
+
+#include "core/state.h"
+#include "nc/analysed.h"
+#include "nc/commands.h"
+#include "nc/ncxdump.h"
+
+#include <cmath>
+
+namespace {
+
+struct Rng {
+    uint32_t s;
+    uint32_t next() { s = s * 1664525u + 1013904223u; return s >> 8; }
+    double uni(double lo, double hi) { return lo + (hi - lo) * (next() / 16777216.0); }
+    int pick(int n) { return static_cast<int>(next() % static_cast<uint32_t>(n)); }
+};
+
+QString mm(double v) { return QString::number(std::round(v * 1000) / 1000, 'f', 3); }
+
+// A program of about `moves` motions inside X 0..100, Y 0..80, Z -3..5, coordinates to 0.001 mm.
+QByteArray GenerateProgram(Rng &rng, int moves)
+{
+    QString p = QStringLiteral("%\n* generated\nN1 T1\nN2 S1000\nN3 G0 X10 Y10 Z2\n");
+    double x = 10, y = 10, z = 2;
+    int n = 4;
+    for (int i = 0; i < moves; ++i) {
+        const int kind = rng.pick(10);
+        QString line = QStringLiteral("N%1 ").arg(n++);
+        if (kind < 2) {
+            x = rng.uni(0, 100), y = rng.uni(0, 80), z = rng.uni(0, 5);
+            line += QStringLiteral("G0 X%1 Y%2 Z%3").arg(mm(x), mm(y), mm(z));
+        } else if (kind < 6) {
+            // Short and long cuts, some in line with the one before.
+            const double len = rng.pick(3) == 0 ? rng.uni(0.001, 0.05) : rng.uni(0.1, 15);
+            const double a = rng.pick(2) ? rng.pick(8) * M_PI / 4 : rng.uni(0, 2 * M_PI);
+            x = std::clamp(x + len * std::cos(a), 0.0, 100.0);
+            y = std::clamp(y + len * std::sin(a), 0.0, 80.0);
+            if (rng.pick(4) == 0)
+                z = rng.uni(-3, 2);
+            line += QStringLiteral("G1 X%1 Y%2 Z%3 F%4").arg(mm(x), mm(y), mm(z)).arg(rng.pick(10) * 50);
+        } else {
+            const double r = rng.uni(0.05, 12);
+            const double cx = std::clamp(x + rng.uni(-r, r), r, 100 - r), cy = std::clamp(y + rng.uni(-r, r), r, 80 - r);
+            const double a0 = rng.uni(0, 2 * M_PI), a1 = rng.uni(0, 2 * M_PI);
+            const double sx = std::round((cx + r * std::cos(a0)) * 1000) / 1000;
+            const double sy = std::round((cy + r * std::sin(a0)) * 1000) / 1000;
+            // Get to the arc's start first.
+            p += QStringLiteral("N%1 G1 X%2 Y%3 F200\n").arg(n++).arg(mm(sx), mm(sy));
+            line = QStringLiteral("N%1 ").arg(n++);
+            x = cx + r * std::cos(a1), y = cy + r * std::sin(a1);
+            line += QStringLiteral("G%1 X%2 Y%3 ").arg(rng.pick(2) ? 2 : 3).arg(mm(x), mm(y));
+            if (kind == 9 && (std::fabs(x - sx) > 0.01 || std::fabs(y - sy) > 0.01))
+                line += QStringLiteral("R%1").arg(mm(r));
+            else
+                line += QStringLiteral("I%1 J%2").arg(mm(cx - sx), mm(cy - sy));
+            line += QStringLiteral(" F%1").arg(50 + rng.pick(9) * 50);
+        }
+        p += line + u'\n';
+    }
+    return p.toLatin1();
+}
+
+class Properties : public ::testing::Test {
+protected:
+    void SetUp() override { ResetCompilerState(); }
+    void TearDown() override { ResetCompilerState(); }
+};
+
+} // namespace
+
+TEST_F(Properties, GeneratedProgramsKeepTheInvariants)
+{
+    Rng rng{2024};
+    QTemporaryDir dir;
+    const QString nc = dir.path() + QStringLiteral("/gen.brx");
+    for (int prog = 0; prog < 40; ++prog) {
+        SCOPED_TRACE(prog);
+        ResetCompilerState();
+        const bool backlash = prog % 4 == 3;
+        if (backlash) {
+            gintBacklashX = 2;
+            gintBacklashY = 3;
+            gintBacklashZ = 1;
+        }
+        const QByteArray text = GenerateProgram(rng, 30);
+        WriteFile(nc, text);
+        CompileProgram(nc);
+        const QByteArray bytes = ReadFileBytes(gstrAnalysedFile);
+        const AnalysedFileView v = ParseAnalysedFile(bytes);
+
+        // The trailer equals the length, and the layout holds together.
+        ASSERT_TRUE(v.trailerValid);
+        ASSERT_TRUE(v.problems.isEmpty()) << v.problems.join(u'\n').toStdString();
+        ASSERT_EQ(v.commands.size(), static_cast<size_t>(glngCommandCount));
+
+        ExpectValidRecords(v);
+        if (backlash)
+            continue;
+
+        ExpectMachinePositions(v);
+    }
+}
