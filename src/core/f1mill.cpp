@@ -13,6 +13,7 @@
 #include "core/store.h"
 #include "core/window_hook.h"
 #include "link/comms.h"
+#include "nc/stepcode.h"
 #include "link/frm_skull.h"
 #include "link/link_screen.h"
 #include "platform/serial_port.h"

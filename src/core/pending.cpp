@@ -15,14 +15,6 @@ void LaunchFile(const QString &, int16_t) {}
 void mnuTimport_Click() {}
 
 
-void KillFile(const QString &strFile, int16_t &intFile)
-{
-    // No step file is opened by number yet; a leftover work file is still removed.
-    intFile = 0;
-    if (!strFile.isEmpty())
-        QFile::remove(strFile);
-}
-
 void ShowKeyboard(bool) {}
 void ShowSetMill() {}
 void SetSetStep(int16_t) { PageTurnStop(); }   // every step change stops the busy book

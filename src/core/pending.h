@@ -19,9 +19,6 @@ void mnuMMru_Click(int intIndex);                       // LaunchFile(its Tag, I
 void LaunchFile(const QString &strFile, int16_t intMRUIndex);   // into the set-up wizard
 void mnuTimport_Click();
 
-// --- Step files (replaced by the step-file part).
-void KillFile(const QString &strFile, int16_t &intFile);   // close and delete
-
 // --- Manual control (replaced by the manual-control part).
 void ShowKeyboard(bool blnSpindle);
 
