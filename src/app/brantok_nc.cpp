@@ -2,6 +2,7 @@
 // program without the window, and for the tests. Each command lives in its own file; this
 // only picks one.
 #include "app/nc_check.h"
+#include "app/nc_console.h"
 #include "app/nc_compile.h"
 
 #include <QCoreApplication>

@@ -1,5 +1,7 @@
 #include "app/nc_check.h"
 
+#include "app/nc_console.h"
+
 #include "core/hooks.h"
 #include "core/state.h"
 #include "core/vb.h"
@@ -11,46 +13,6 @@
 #include <cstdlib>
 
 namespace {
-
-// The system's texts break lines with CR LF; a terminal wants LF.
-void Print(const QString &text)
-{
-    QString shown = text;
-    shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    if (!shown.endsWith(u'\n'))
-        shown += u'\n';
-    std::fputs(shown.toUtf8().constData(), stdout);
-    std::fflush(stdout);
-}
-
-bool gblnRefused = false;   // the reader showed a fault or a message: the program is not clean
-
-// What the program's forms do, as text: the correction window shows its error text and is
-// cancelled (nothing is corrected here); a message box is printed and answered with its
-// first button; the busy display shows nothing; the trap's end ends with exit code 2.
-void InstallCheckHooks()
-{
-    ResetUiHooks();
-    uiHooks().correctFile = [](const QString &, const QString &errorText, const QString &) {
-        gblnRefused = true;
-        Print(errorText);
-        return QStringLiteral("Cancel");
-    };
-    uiHooks().messageBox = [](const QString &text, int32_t flags, const QString &) -> int16_t {
-        gblnRefused = true;
-        Print(text);
-        switch (flags & 0x0F) {
-        case 2: return 3;
-        case 3: case 4: return 6;
-        case 5: return 4;
-        default: return 1;
-        }
-    };
-    uiHooks().endProcess = [](int) {
-        std::fflush(nullptr);
-        std::_Exit(kExitTrap);
-    };
-}
 
 QString Summary(const QString &strFile)
 {
@@ -73,8 +35,7 @@ int NcCheck(const QStringList &args)
         return kExitUsage;
     }
     const QString strFile = args.at(0);
-    InstallCheckHooks();
-    gblnRefused = false;
+    InstallConsoleHooks();
     // A check reads the NC text itself, even when a valid analysed file stands beside it.
     gfnCompFileReason = strNoCompFileReason;
     // As the program starts: the settings, then the tool table. Both only read the store.

@@ -1,5 +1,7 @@
 #include "app/nc_compile.h"
 
+#include "app/nc_console.h"
+
 #include "core/filenum.h"
 #include "core/hooks.h"
 #include "core/logger.h"
@@ -9,12 +11,8 @@
 #include "nc/commands.h"
 #include "nc/evaluate.h"
 #include "nc/ncxdump.h"
-#include "tools/tooltable.h"
-
-#if __has_include("nc/reader.h")
 #include "nc/reader.h"
-#define BRANTOK_HAVE_READER 1
-#endif
+#include "tools/tooltable.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -22,65 +20,14 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace {
-
-enum : int { kDone = 0, kRefused = 1, kTrapped = 2, kUsage = 64 };
-
-void Print(const QString &text, FILE *to = stdout)
-{
-    QString shown = text;
-    shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    if (!shown.endsWith(u'\n'))
-        shown += u'\n';
-    std::fputs(shown.toUtf8().constData(), to);
-    std::fflush(to);
-}
-
-#ifdef BRANTOK_HAVE_READER
-bool gblnRefused = false;
-
-// The program's forms as text: a fault in the NC file is printed and not corrected, a box is
-// printed and answered with its first button, the trap ends with exit code 2.
-void InstallCompileHooks()
-{
-    ResetUiHooks();
-    uiHooks().correctFile = [](const QString &, const QString &errorText, const QString &) {
-        gblnRefused = true;
-        Print(errorText);
-        return QStringLiteral("Cancel");
-    };
-    uiHooks().messageBox = [](const QString &text, int32_t flags, const QString &) -> int16_t {
-        gblnRefused = true;
-        Print(text);
-        switch (flags & 0x0F) {
-        case 2: return 3;
-        case 3: case 4: return 6;
-        case 5: return 4;
-        default: return 1;
-        }
-    };
-    uiHooks().endProcess = [](int) {
-        std::fflush(nullptr);
-        std::_Exit(kTrapped);
-    };
-}
-#endif
-
-} // namespace
-
 int NcCompile(const QStringList &args)
 {
     if (args.size() != 1 || args.at(0).isEmpty()) {
         std::fputs("usage: brantok-nc compile FILE\n", stderr);
-        return kUsage;
+        return kExitUsage;
     }
-#ifndef BRANTOK_HAVE_READER
-    Print(QStringLiteral("brantok-nc: this build has no NC reader; compile is not available"), stderr);
-    return kUsage;
-#else
     const QString strFile = QFileInfo(args.at(0)).absoluteFilePath();
-    InstallCompileHooks();
-    gblnRefused = false;
+    InstallConsoleHooks();
     ReadStartSettings();
     ToolDataLoad();
     gblnCancel = false;
@@ -90,7 +37,7 @@ int NcCompile(const QStringList &args)
     gfnCompFileReason = &strCompFileReason;
     ReadCommands(strFile);
     if (gblnRefused || gintReadResult != 0)
-        return kRefused;
+        return kExitFault;
 
     if (gblnAnalysedValid) {
         Print(QStringLiteral("The analysed file is up to date."));
@@ -107,28 +54,27 @@ int NcCompile(const QStringList &args)
             }
         }
         if (blnUnknown)
-            return kRefused;
+            return kExitFault;
         Print(QStringLiteral("The CNC file is being analysed because ") + gstrAnalysedReason + u'.');
         EvaluateCommands();
     }
     Print(QStringLiteral("Analysed file: ") + gstrAnalysedFile);
-    return kDone;
-#endif
+    return kExitClean;
 }
 
 int NcDump(const QStringList &args)
 {
     if (args.size() != 1 || args.at(0).isEmpty()) {
         std::fputs("usage: brantok-nc dump FILE.ncx\n", stderr);
-        return kUsage;
+        return kExitUsage;
     }
     QFile file(args.at(0));
     if (!file.open(QIODevice::ReadOnly)) {
         Print(args.at(0) + QStringLiteral(": ") + file.errorString(), stderr);
-        return kRefused;
+        return kExitFault;
     }
     const QByteArray bytes = file.readAll();
     const QString dump = strDumpAnalysedFile(bytes, QFileInfo(args.at(0)).fileName());
     std::fputs(dump.toUtf8().constData(), stdout);
-    return ParseAnalysedFile(bytes).problems.isEmpty() ? kDone : kRefused;
+    return ParseAnalysedFile(bytes).problems.isEmpty() ? kExitClean : kExitFault;
 }

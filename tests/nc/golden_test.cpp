@@ -103,7 +103,7 @@ TEST(Golden, CommandLineDumpAndCompile)
     WriteFile(nc, ReadFileBytes(src + QStringLiteral("/program.brx")));
     const QString ncx = work.path() + QStringLiteral("/program.ncx");
 
-    if (UsesRealReader()) {
+    {
         ToolRun first = RunTool({QStringLiteral("compile"), nc}, store);
         EXPECT_EQ(first.code, 0);
         EXPECT_EQ(first.out, QStringLiteral("The CNC file is being analysed because there is no previously analysed "
@@ -111,14 +111,6 @@ TEST(Golden, CommandLineDumpAndCompile)
         ToolRun second = RunTool({QStringLiteral("compile"), nc}, store);
         EXPECT_EQ(second.code, 0);
         EXPECT_EQ(second.out, QStringLiteral("The analysed file is up to date.\nAnalysed file: ") + ncx + u'\n');
-    } else {
-        EXPECT_EQ(RunTool({QStringLiteral("compile"), nc}, store).code, 64);
-        ResetCompilerState();
-        TempStore temp;
-        temp.writeRaw(ReadFileBytes(src + QStringLiteral("/store.ini")));
-        ReadStartSettings();
-        ToolDataLoad();
-        CompileProgram(nc);
     }
     const ToolRun dump = RunTool({QStringLiteral("dump"), ncx}, store);
     EXPECT_EQ(dump.code, 0);
@@ -126,7 +118,7 @@ TEST(Golden, CommandLineDumpAndCompile)
     EXPECT_EQ(RunTool({QStringLiteral("dump")}, store).code, 64);
     EXPECT_EQ(RunTool({QStringLiteral("dump"), work.path() + QStringLiteral("/missing.ncx")}, store).code, 1);
 
-    if (UsesRealReader()) {
+    {
         // An unknown offset is never compiled into the steps.
         QByteArray s = ReadFileBytes(store);
         s.replace("|0.500", "|-2000.000");

@@ -10,10 +10,7 @@
 #include "nc/stepcode.h"
 #include "tools/tooltable.h"
 
-#if __has_include("nc/reader.h")
 #include "nc/reader.h"
-#define BRANTOK_HAVE_READER 1
-#endif
 
 #include <QFile>
 #include <QList>
@@ -75,109 +72,6 @@ QByteArray StepCapture::bytes()
 
 std::vector<StepRecordView> StepCapture::records() { return ParseStepRecords(bytes()); }
 
-// --- The reader stand-in.
-namespace {
-
-float takeNumber(QByteArray &line)
-{
-    qsizetype n = 0;
-    while (n < line.size() && (std::isdigit(static_cast<unsigned char>(line[n])) || line[n] == '.' || line[n] == '-'))
-        ++n;
-    const float v = static_cast<float>(vb::Val(QString::fromLatin1(line.left(n))));
-    line.remove(0, n);
-    return v;
-}
-
-void useTool(int16_t number)
-{
-    for (int16_t i = 1; i <= gintUsedToolCount; ++i)
-        if (gintUsedTools(i) == number)
-            return;
-    gintUsedTools.Append(number);
-    ++gintUsedToolCount;
-}
-
-} // namespace
-
-void ParseProgramText(const QByteArray &text)
-{
-    gtypCommands.Erase();
-    glngCommandCount = 0;
-    gintUsedTools.Erase();
-    gintUsedToolCount = 0;
-    gstrHeader.clear();
-    CommandRecord work;
-    work.sngX = work.sngY = work.sngZ = kNotProgrammed;
-    float feed = 0.0f;
-    bool started = false;
-    int32_t lineNo = 0;
-    for (QByteArray line : text.split('\n')) {
-        ++lineNo;
-        while (!line.isEmpty() && static_cast<unsigned char>(line.back()) < 33)
-            line.chop(1);
-        if (!started) {
-            started = line.trimmed() == "%";
-            continue;
-        }
-        if (line.startsWith('*')) {
-            gstrHeader += QString::fromLatin1(line.mid(1)) + QStringLiteral("\r\n");
-            continue;
-        }
-        if (!line.startsWith('N'))
-            continue;
-        work.sngI = work.sngJ = work.sngR = 0.0f;
-        work.lngLine = lineNo;
-        work.strText = QString::fromLatin1(line);
-        QByteArray rest = line.mid(1);
-        if (rest.contains('\''))
-            rest = rest.left(rest.indexOf('\'')).trimmed();
-        while (!rest.isEmpty() && std::isdigit(static_cast<unsigned char>(rest[0])))
-            rest.remove(0, 1);
-        gtypCommands.Append(CommandRecord());
-        ++glngCommandCount;
-        while (!rest.isEmpty()) {
-            const char c = rest[0];
-            rest.remove(0, 1);
-            switch (c) {
-            case ' ': case '\t': continue;
-            case 'G': {
-                const char g = rest.isEmpty() ? ' ' : rest[0];
-                rest.remove(0, 1);
-                if (g == '0') { work.intType = kCmdRapid; work.sngValue = gsngRapidSpeed; }
-                else if (g == '1') { work.intType = kCmdLine; work.sngValue = feed; }
-                else if (g == '2') { work.intType = kCmdArcCcw; work.sngValue = feed; }
-                else if (g == '3') { work.intType = kCmdArcCw; work.sngValue = feed; }
-                else if (g == '4') { work.intType = kCmdDwell; work.sngValue = gsngRapidSpeed; }
-                else ADD_FAILURE() << "test reader: G" << g;
-                break;
-            }
-            case 'F': {
-                float f = takeNumber(rest);
-                if (f < 1.0f) f = static_cast<float>(f * static_cast<double>(work.sngValue));
-                feed = f;
-                work.sngValue = f;
-                break;
-            }
-            case 'X': work.sngX = takeNumber(rest); break;
-            case 'Y': work.sngY = takeNumber(rest); break;
-            case 'Z': work.sngZ = takeNumber(rest); break;
-            case 'P': work.sngX = takeNumber(rest); break;
-            case 'I': work.sngI = takeNumber(rest); break;
-            case 'J': work.sngJ = takeNumber(rest); break;
-            case 'R': work.sngR = takeNumber(rest); break;
-            case 'S': work.intType = kCmdSpeed; work.sngValue = takeNumber(rest); break;
-            case 'T':
-                work.intType = kCmdTool;
-                work.sngValue = takeNumber(rest);
-                useTool(vb::CInt(work.sngValue));
-                break;
-            default: ADD_FAILURE() << "test reader: letter " << c; rest.clear(); continue;
-            }
-            gtypCommands(glngCommandCount) = work;
-        }
-    }
-}
-
 QString CompileProgram(const QString &strFile)
 {
     gblnCancel = false;
@@ -186,27 +80,10 @@ QString CompileProgram(const QString &strFile)
     return gstrAnalysedReason;
 }
 
-bool UsesRealReader()
-{
-#ifdef BRANTOK_HAVE_READER
-    return true;
-#else
-    return false;
-#endif
-}
-
 void ReadProgram(const QString &strFile)
 {
-#ifdef BRANTOK_HAVE_READER
     gfnCompFileReason = &strCompFileReason;
     ReadCommands(strFile);
-#else
-    gstrNCFile = strFile;
-    gstrAnalysedReason = strCompFileReason();
-    gintReadResult = gblnCancel ? 1 : 0;
-    if (!gblnAnalysedValid)
-        ParseProgramText(ReadFileBytes(strFile));
-#endif
 }
 
 void WriteFile(const QString &path, const QByteArray &bytes)

@@ -39,19 +39,11 @@ private:
     QString m_path;
 };
 
-// A STAND-IN FOR THE NC READER, for the compiler's tests only: it reads the subset of the NC
-// language that the tests use (%, * header lines, N lines with G0..G4, X Y Z I J R F S T P)
-// into gtypCommands with the reader's modal rules, without its checks. The tests that should
-// run through the real reader call ReadProgram, which uses the real ReadCommands once the
-// reader is part of the build.
-void ParseProgramText(const QByteArray &text);
 // What the program does before machining: the analysed-file check, then (if the file is not
-// valid) the parse. Sets gstrNCFile, gstrAnalysedReason, gintReadResult.
+// valid) the read. Sets gstrNCFile, gstrAnalysedReason, gintReadResult.
 void ReadProgram(const QString &strFile);
 // ReadProgram, then EvaluateCommands: the program's way to an analysed file. Returns the reason.
 QString CompileProgram(const QString &strFile);
-// True when ReadProgram goes through the real reader.
-bool UsesRealReader();
 
 // Codes 0..85 for steps and agreeing with the flags, 160 and 176 for speed and tool records,
 // the end marker last.
