@@ -82,13 +82,8 @@ struct ToolRun {
 
 ToolRun RunTool(const QStringList &args, const QString &store)
 {
-    QProcess p;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("BRANTOK_STORE"), store);
-    p.setProcessEnvironment(env);
-    p.start(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-nc"), args);
-    p.waitForFinished(60000);
-    return {p.exitCode(), QString::fromUtf8(p.readAllStandardOutput())};
+    const NcToolRun r = RunBrantokNc(args, store);
+    return {r.exitCode, r.out};
 }
 
 } // namespace

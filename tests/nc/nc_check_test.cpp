@@ -10,29 +10,7 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-struct CheckRun {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-CheckRun Check(const QString &store, const QStringList &args)
-{
-    QProcess p;
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert(QStringLiteral("BRANTOK_STORE"), store);
-    p.setProcessEnvironment(env);
-    p.start(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-nc"), args);
-    CheckRun r;
-    if (!p.waitForFinished(60000) || p.exitStatus() != QProcess::NormalExit)
-        return r;
-    r.exitCode = p.exitCode();
-    r.out = QString::fromUtf8(p.readAllStandardOutput());
-    r.err = QString::fromUtf8(p.readAllStandardError());
-    return r;
-}
-
+NcToolRun Check(const QString &store, const QStringList &args) { return RunBrantokNc(args, store); }
 } // namespace
 
 TEST(NcCheck, ExitCodesAndOutput)
@@ -57,7 +35,7 @@ TEST(NcCheck, ExitCodesAndOutput)
     // Clean: the store's tools, its WoodWorker speed limit and rapid speed apply.
     const QString good = nc("good.brx", "%\r\n* Billet length 80\r\n* Billet width 60.5\r\nN10 T9\r\nN20 S6000\r\n"
                                         "N30 G1 X1 F400\r\nN40 T4\r\nN50 G2 X1 Y0 I1 J0\r\nN60 T9\r\n");
-    CheckRun r = Check(store, {QStringLiteral("check"), good});
+    NcToolRun r = Check(store, {QStringLiteral("check"), good});
     EXPECT_EQ(r.exitCode, 0) << r.out.toStdString();
     EXPECT_EQ(r.out, good + QStringLiteral(": read cleanly\nCommands: 6\nTools used: 9 4\n"
                                            "Billet: length 80.000 mm, width 60.500 mm, depth 0.000 mm\n"));

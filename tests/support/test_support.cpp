@@ -4,6 +4,11 @@
 #include "core/vb.h"
 
 #include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include "core/store.h"
+#include "tools/tooltable.h"
 
 #include <cstdlib>
 
@@ -70,4 +75,33 @@ QByteArray TempStore::readRaw() const
 QString ExpectedTrap(const char *module, const char *procedure, int number, const QString &description)
 {
     return TrapReport(QString::fromLatin1(module), QString::fromLatin1(procedure), number, description);
+}
+
+NcToolRun RunBrantokNc(const QStringList &args, const QString &storePath)
+{
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("BRANTOK_STORE"), storePath);
+    p.setProcessEnvironment(env);
+    p.start(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-nc"), args);
+    NcToolRun r;
+    if (!p.waitForFinished(60000) || p.exitStatus() != QProcess::NormalExit)
+        return r;
+    r.exitCode = p.exitCode();
+    r.out = QString::fromUtf8(p.readAllStandardOutput());
+    r.err = QString::fromUtf8(p.readAllStandardError());
+    return r;
+}
+
+int StoreToolsFile(const QString &path)
+{
+    QFile tools(path);
+    if (!tools.open(QIODevice::ReadOnly))
+        return -1;
+    int n = 0;
+    for (const QByteArray &line : tools.readAll().split('\n'))
+        if (!line.trimmed().isEmpty())
+            RegistryValuePut(strToolValueName(++n), QString::fromLatin1(line.trimmed()));
+    RegistryValuePut(QStringLiteral("ToolCount"), QString::number(n));
+    return n;
 }

@@ -71,3 +71,15 @@ private:
 
 // The expected trap report of a fault, for comparisons.
 QString ExpectedTrap(const char *module, const char *procedure, int number, const QString &description);
+
+// Runs build/brantok-nc with its own store; what it printed and how it ended.
+struct NcToolRun {
+    int exitCode = -1;   // -1: it crashed or did not finish
+    QString out;
+    QString err;
+};
+NcToolRun RunBrantokNc(const QStringList &args, const QString &storePath);
+
+// Puts a file of packed tool records, one a line, into the store in force as Tool01.. and
+// ToolCount. Returns the number of tools, or -1 when the file can't be read.
+int StoreToolsFile(const QString &path);
