@@ -223,6 +223,7 @@ void FrmMill::SetStep(int16_t intNewStep) try {
         break;
     }
     intStep = intNewStep;
+    ++intStepsShown;
     cmdNav[1]->setFocus();
 } catch (...) {
     LogError("frmMill", "SetStep");

@@ -35,6 +35,7 @@ public:
     std::array<QPushButton *, 2> cmdNav{};   // 0 "Cancel", 1 "&Done"
     QTimer *tmrSpindle;                      // 100 ms one-shot: the spindle start after Done
     int16_t intStep = 0;
+    int intStepsShown = 0;                   // SetStep calls: tells a watcher a page is new
     QString Tag;                             // in: the start step; out: "Cancel" when given up
 
     void Form_Load() override;

@@ -512,7 +512,10 @@ void SendToMill() try {
     }
     if (!blnRun)
         return;
-    // 3. The end of the program.
+    // 3. The end of the program. The machine finishes what it holds first: the spindle
+    //    may already be off (a "P"), and then SpindleStop would not wait for it, leaving
+    //    frames counted out behind the end prompts (and the watchdog blind).
+    blnGetReplies(true);
     FileClose(gintWorkFile);
     FileClose(gintAnalysedFile);
     gintWorkFile = 0;
