@@ -10,6 +10,7 @@
 
 #include <QAction>
 #include <QProgressBar>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextEdit>
 
@@ -53,7 +54,9 @@ void MarkCode(int32_t start, int32_t length)
     QTextCursor at(code->document());
     at.setPosition(qBound(0, start, end));
     code->setTextCursor(at);
-    code->ensureCursorVisible();
+    // The current line stands in the middle of the view, with what comes next below it.
+    QScrollBar *bar = code->verticalScrollBar();
+    bar->setValue(bar->value() + code->cursorRect().center().y() - code->viewport()->height() / 2);
 }
 
 } // namespace
