@@ -154,17 +154,26 @@ FrmMill::~FrmMill()
         g_frmMill = nullptr;
 }
 
-void FrmMill::Form_Load() try {
+void FrmMill::Place()
+{
     // Lower right of the main window: 16 pixels in from its right edge, 16 above its
-    // status bar, so the machining screen's code and bar stay in sight.
-    if (frmMainLoaded()) {
-        FrmMain *main = frmMain();
-        setParent(main, windowFlags());
-        const QRect frame = main->frameGeometry();
-        QStatusBar *bar = main->stbStatus;
-        const int bottom = bar->isVisible() ? bar->mapToGlobal(QPoint(0, 0)).y() : main->geometry().bottom();
-        move(frame.right() - 16 - frameGeometry().width() + 1, bottom - 16 - frameGeometry().height());
-    }
+    // status bar, so the machining screen's code and bar stay in sight. Placed again once
+    // shown, when the window manager's frame is known.
+    if (!frmMainLoaded())
+        return;
+    FrmMain *main = frmMain();
+    const QRect frame = main->frameGeometry();
+    QStatusBar *bar = main->stbStatus;
+    const int bottom = bar->isVisible() ? bar->mapToGlobal(QPoint(0, 0)).y() : main->geometry().bottom();
+    // A window's move() places its frame.
+    const QRect mine = frameGeometry();
+    move(frame.right() - 16 - mine.width() + 1, bottom - 16 - mine.height());
+}
+
+void FrmMill::Form_Load() try {
+    if (frmMainLoaded())
+        setParent(frmMain(), windowFlags());
+    Place();
     fraStep->setGeometry(8, 6, width() - 16, height() - 56);
     lblStepTitle->setGeometry(12, 10, fraStep->width() - 24, 26);
     rtbMill->setGeometry(8, 40, fraStep->width() - 16, fraStep->height() - 48);
@@ -177,6 +186,7 @@ void FrmMill::Form_Load() try {
 void FrmMill::showEvent(QShowEvent *e)
 {
     QDialog::showEvent(e);
+    Place();
     Form_Activate();
 }
 

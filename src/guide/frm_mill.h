@@ -50,6 +50,7 @@ protected:
     void reject() override {}
 
 private:
+    void Place();
     bool m_busy = false;   // cmdNav_Click is running (a second click is ignored)
 };
 
