@@ -202,7 +202,9 @@ void StartMilling() try {
     gsngCurY = static_cast<float>(glngPosY / 72.0);
     gsngCurZ = static_cast<float>(glngPosZ / 72.0);
     glngLastTag = 0;
-    // 2. The analysed file, and a new work file.
+    // 2. The analysed file, and a new work file. A work file left by an earlier run (its end
+    //    prompt cancelled before Done) goes first, so temporary files don't pile up.
+    KillWorkFile();
     gintAnalysedFile = FreeFile();
     FileOpen(gintAnalysedFile, gstrAnalysedFile, FileMode::Binary);
     gstrWorkFile = strTempFile();
