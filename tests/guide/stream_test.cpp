@@ -120,6 +120,11 @@ TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasC
     EXPECT_EQ(gintWorkFile, 0);
     EXPECT_FALSE(QFile::exists(gstrWorkFile));
     EXPECT_EQ(w.panel["status"], QStringLiteral("Machining"));
+    // The machining time: the fake clock's seconds of the run, shown as hh:mm:ss.
+    EXPECT_EQ(w.panel["timer"], QStringLiteral("Machining Time: ") + strMachiningTime(glngMachiningTime) +
+                                    QStringLiteral("  "));
+    EXPECT_GE(glngMachiningTime, 2);
+    EXPECT_LE(glngMachiningTime, w.clock.msecs() / 1000 + 1);
 }
 
 TEST_F(StreamTest, ToolPromptsStartAtTheRightStep)
@@ -173,6 +178,7 @@ TEST_F(StreamTest, OfflineRunPlaysThroughWithEveryPromptAndCountsTheProgram)
     StreamWorld w;
     w.setUp(3);
     ASSERT_TRUE(w.compile(kTwoToolProgram));
+    gblnShowTime = false;
     gblnOnline = false;
     gblnDoorOpen = true;   // offline the door counts as closed at the first start
     EmptySpindle();
@@ -181,6 +187,7 @@ TEST_F(StreamTest, OfflineRunPlaysThroughWithEveryPromptAndCountsTheProgram)
     EXPECT_EQ(w.promptSteps, (std::vector<int>{1, 2, 4, 0, 1, 2, 4, 5, 6}));
     EXPECT_TRUE(w.seen.empty());
     EXPECT_EQ(gintBuffersOut, 0);
+    EXPECT_EQ(w.panelHistory.count(QStringLiteral("timer")), 0u);   // ShowTime off
     // From the origin the lead-in reaches X2 Y1 Z1, and the last G0 leaves the tool at
     // X3 Y2 Z2: the position is what was sent.
     EXPECT_EQ(glngPosX, 3 * 72);
