@@ -11,10 +11,17 @@
 #include "core/store.h"
 #include "link/comms.h"
 #include "link/link_screen.h"
+#include "link/spindle.h"
+#include "link/stream.h"
+#include "nc/analysed.h"
+#include "nc/evaluate.h"
+#include "nc/reader.h"
 #include "platform/clock.h"
+#include "tools/tooltable.h"
 #include "platform/qt_serial_port.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -129,6 +136,96 @@ void BM_RapidTurnAround(benchmark::State &state)
     state.counters["steps_ok"] = steps == static_cast<long long>(frames) * 16 ? 1 : 0;
 }
 BENCHMARK(BM_RapidTurnAround)->Arg(500)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+// A compiled program played by the machining stream (StartMilling, SendToMill) to the
+// emulator program over a pseudo-terminal: `lines` cuts of 10 mm along X at 700 mm/min,
+// each with its ramps. The in-run prompt is answered at once (the tool goes in, the
+// spindle starts). Figures: how often the emulator ran dry, the run's wall time against
+// the time the controller needed for the steps, and whether the machine made every step
+// the PC counted.
+void BM_StreamProgram(benchmark::State &state)
+{
+    const int lines = static_cast<int>(state.range(0));
+    long long dry = -1, posX = -1;
+    double wallMs = 0, idleMs = 0;
+    long long lateUs = -1;
+    for (auto _ : state) {
+        QProcess emu;
+        emu.setProgram(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-emulator"));
+        emu.start();
+        if (!emu.waitForStarted(5000) || !emu.waitForReadyRead(5000)) {
+            state.SkipWithError("brantok-emulator did not start");
+            return;
+        }
+        const QByteArray path = emu.readLine().trimmed();
+        QTemporaryDir dir;
+        qputenv("BRANTOK_STORE", (dir.path() + QStringLiteral("/Brantok.conf")).toLocal8Bit());
+        qputenv("BRANTOK_COM1", path);
+        qputenv("BRANTOK_ASSUME_DSR", "1");
+        RegistryValuePut(QStringLiteral("RapidSpeed"), QStringLiteral("700"));
+        RegistryValuePut(QStringLiteral("KeepFiles"), QStringLiteral("Yes"));
+        ReadStartSettings();
+        gintToolCount = 1;
+        gtypTools.Redim(1);
+        gtypTools(1) = ToolData{1, QStringLiteral("End mill"), 6.0f, 0.0f, false};
+        QByteArray nc = "%\r\nN10 T1\r\nN20 S1000\r\nN30 G0 X0 Y0 Z2\r\nN40 G1 Z0 F700\r\n";
+        for (int i = 0; i < lines; ++i)
+            nc += QStringLiteral("N%1 G1 X%2 F700\r\n").arg(50 + i * 10).arg(i % 2 ? 0 : 10).toLatin1();
+        const QString file = dir.path() + QStringLiteral("/bench.brx");
+        QFile f(file);
+        f.open(QIODevice::WriteOnly);
+        f.write(nc);
+        f.close();
+        gfnCompFileReason = &strCompFileReason;
+        ReadCommands(file);
+        EvaluateCommands();
+
+        InstallSerialDevices();
+        linkHooks().showSkull = [] { frmSkull.chkOffline = true; frmSkull_cmdOk_Click(); };
+        streamHooks().millPrompt = [](const QString &) {
+            gintCurrentTool = gintNextTool;
+            SpindleStart();
+            return QString();
+        };
+        RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM1"));
+        gblnOnline = true;
+        SetupComms();
+        if (!gblnOnline || !comSerial()) {
+            state.SkipWithError("the link did not come up");
+            return;
+        }
+        glngPosX = glngPosY = glngPosZ = 0;
+        gintCurrentTool = gintNextTool = 0;
+        gblnCancel = false;
+        const int64_t start = steadyNs();
+        StartMilling();
+        SendToMill();
+        wallMs = static_cast<double>(steadyNs() - start) / 1e6;
+        dry = StatusValue(emu, "dry");
+        posX = StatusValue(emu, "pos");
+        emu.write("status\n");
+        emu.waitForReadyRead(2000);
+        const QList<QByteArray> words = emu.readLine().trimmed().split(' ');
+        for (int i = 0; i + 1 < words.size(); ++i)
+            if (words[i] == "idle_ms")
+                idleMs = words[i + 1].toDouble();
+            else if (words[i] == "late_max_us")
+                lateUs = words[i + 1].toLongLong();
+        ResetComms();
+        ResetStreamHooks();
+        emu.write("quit\n");
+        emu.waitForFinished(3000);
+    }
+    // The first frame and the waits at the tool and speed records start from an idle
+    // controller and count as dry runs too; the lines add none when the stream keeps up.
+    state.counters["dry_runs"] = static_cast<double>(dry);
+    state.counters["idle_ms"] = idleMs;
+    state.counters["emu_late_max_us"] = static_cast<double>(lateUs);
+    state.counters["wall_ms"] = wallMs;
+    state.counters["steps_ok"] = posX == glngPosX ? 1 : 0;
+    state.counters["steps_x"] = static_cast<double>(glngPosX);
+}
+BENCHMARK(BM_StreamProgram)->Arg(1)->Arg(25)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -16,6 +16,7 @@
 #include "nc/stepcode.h"
 #include "link/frm_skull.h"
 #include "link/link_screen.h"
+#include "link/machining_screen.h"
 #include "platform/serial_port.h"
 #include "platform/forms.h"
 #include "platform/instance_guard.h"
@@ -44,6 +45,7 @@ void MainSettingsAndLink() try {
     linkHooks().setPanel = [](const QString &key, const QString &text) {
         frmMain()->stbPanel(key)->setText(text);
     };
+    InstallMachiningUi();
     SetupComms();
     // 12. At the latest this loads frmMain.
     frmMain()->stbPanel(QStringLiteral("spindle"))->setText(QStringLiteral("Spindle Stopped"));

@@ -12,6 +12,8 @@
 #include "core/store.h"
 #include "core/vb.h"
 #include "core/window_hook.h"
+#include "link/spindle.h"
+#include "link/stream.h"
 
 #include <QAction>
 #include <QApplication>
@@ -111,8 +113,7 @@ FrmMain::FrmMain()
     tmrStartMilling->setInterval(100);
     connect(tmrStartMilling, &QTimer::timeout, this, [this] {
         tmrStartMilling->stop();
-        if (!gblnCancel)
-            SendToMill();
+        tmrStartMilling_Timer();
     });
     tmrBook = new QTimer(this);
     tmrBook->setInterval(100);
@@ -181,8 +182,8 @@ void FrmMain::buildMenus()
 
     connect(mnuMKeyboard, &QAction::triggered, this, [this] { MenuAction(QStringLiteral("Keyboard")); });
     connect(mnuMMill, &QAction::triggered, this, [this] { MenuAction(QStringLiteral("Mill")); });
-    connect(mnuMStart, &QAction::triggered, this, [] { gblnSpindleStartReq = true; });
-    connect(mnuMStop, &QAction::triggered, this, [] { gblnSpindleStopReq = true; });
+    connect(mnuMStart, &QAction::triggered, this, [] { mnuMStart_Click(); });
+    connect(mnuMStop, &QAction::triggered, this, [] { mnuMStop_Click(); });
     connect(mru0, &QAction::triggered, this, [this] { mnuMMru_Click(0); });
     connect(mnuMExit, &QAction::triggered, this, [this] { MenuAction(QStringLiteral("Exit")); });
     connect(mnuTData, &QAction::triggered, this, [this] { MenuAction(QStringLiteral("ToolData")); });

@@ -12,6 +12,7 @@
 #include "core/msgbox.h"
 #include "core/pending.h"
 #include "core/state.h"
+#include "link/spindle.h"
 #include "tools/tooltable.h"
 
 #include <QAction>
@@ -60,8 +61,8 @@ void FrmMain::buildPanels()
         connect(e, &MenuEntry::lostFocus, this, [this](int i) { txtMenu_LostFocus(i); });
     }
     connect(picTools->cmdOk, &QPushButton::clicked, this, [this] { cmdToolsOk_Click(); });
-    connect(picKeyboard->picSpindleStart, &PictureButton::clicked, this, [] { gblnSpindleStartReq = true; });
-    connect(picKeyboard->picSpindleStop, &PictureButton::clicked, this, [] { gblnSpindleStopReq = true; });
+    connect(picKeyboard->picSpindleStart, &PictureButton::clicked, this, [] { picSpindleStart_Click(); });
+    connect(picKeyboard->picSpindleStop, &PictureButton::clicked, this, [] { picSpindleStop_Click(); });
 }
 
 void SetMode(int16_t intMode) try {

@@ -21,7 +21,7 @@ void SetSetStep(int16_t) { PageTurnStop(); }   // every step change stops the bu
 void ShowOffset() {}
 void SetOffStep(int16_t) {}
 void ShowBillet(const QString &) {}
-void SendToMill() {}
+void ShowMethod() { SetMode(8); }   // the subsequent-part screen, as it stands
 
 void ToolGridSetup(QTableWidget *) {}
 void ToolDataShow(QTableWidget *) {}

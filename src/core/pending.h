@@ -22,13 +22,13 @@ void mnuTimport_Click();
 // --- Manual control (replaced by the manual-control part).
 void ShowKeyboard(bool blnSpindle);
 
-// --- Machining set-up wizard, offset wizard, billet help, machining stream.
+// --- Machining set-up wizard, offset wizard, billet help.
 void ShowSetMill();
 void SetSetStep(int16_t intStep);
 void ShowOffset();
 void SetOffStep(int16_t intStep);
 void ShowBillet(const QString &strReturn);
-void SendToMill();
+void ShowMethod();                                     // after a run: the subsequent-part screen
 
 // --- Tool table screens (replaced by the tool screens part).
 void ToolGridSetup(QTableWidget *grd);

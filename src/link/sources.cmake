@@ -1,10 +1,14 @@
-# The controller link: protocol, spindle and door (Qt Core), the alarm window (widgets).
+# The controller link: protocol, spindle and door, the machining stream (Qt Core); the alarm
+# window and the machining screen (widgets).
 list(APPEND CORE_SOURCES
     src/link/link_screen.cpp
     src/link/comms.cpp
     src/link/spindle.cpp
+    src/link/stream.cpp
 )
 list(APPEND UI_SOURCES
     src/link/frm_skull.h
     src/link/frm_skull.cpp
+    src/link/machining_screen.h
+    src/link/machining_screen.cpp
 )

@@ -1,0 +1,83 @@
+// The spindle controls on the main window follow the link's state; clicks only ask.
+#include "guide/stream_world.h"
+
+#include "core/frm_main.h"
+#include "link/machining_screen.h"
+#include "link/spindle.h"
+#include "platform/forms.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QMouseEvent>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+void UnloadForms()
+{
+    QList<QWidget *> forms = Forms();
+    for (auto it = forms.rbegin(); it != forms.rend(); ++it)
+        Unload(*it);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+bool SamePicture(const QLabel *l, const QPixmap &p) { return l->pixmap().toImage() == p.toImage(); }
+
+} // namespace
+
+TEST(MachiningScreen, SpindleControlsFollowTheSpindleAndTheDoor)
+{
+    StreamWorld w;
+    w.setUp();
+    FrmMain *f = frmMain();
+    InstallMachiningUi();
+    w.goOnline();
+    PicKeyboard *k = f->picKeyboard;
+
+    SpindleStart();
+    EXPECT_TRUE(gblnSpindleOn);
+    EXPECT_TRUE(SamePicture(k->picSpindleStart, f->ilsSpindle(2)));
+    EXPECT_TRUE(SamePicture(k->picSpindleStop, f->ilsSpindle(3)));
+    EXPECT_FALSE(k->picSpindleStart->isEnabled());
+    EXPECT_TRUE(k->picSpindleStop->isEnabled());
+    EXPECT_FALSE(f->mnuMStart->isEnabled());
+    EXPECT_TRUE(f->mnuMStop->isEnabled());
+    EXPECT_EQ(k->picSpindleStop->toolTip(), QStringLiteral("Stop the Spindle"));
+    EXPECT_TRUE(k->picSpindleStart->toolTip().isEmpty());
+
+    // The door opens while the spindle turns: stopped, start refused, the warning shown.
+    w.emu->controller().openDoor();
+    w.LinkWorld::run(5);
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_TRUE(SamePicture(k->picSpindleStart, f->ilsSpindle(1)));
+    EXPECT_TRUE(SamePicture(k->picSpindleStop, f->ilsSpindle(4)));
+    EXPECT_FALSE(k->picSpindleStart->isEnabled());
+    EXPECT_FALSE(f->mnuMStart->isEnabled());
+    EXPECT_FALSE(f->mnuMStop->isEnabled());
+    EXPECT_EQ(k->picSpindleStart->toolTip(), QStringLiteral("Start the spindle"));
+    EXPECT_EQ(k->picStartText->toolTip(), QStringLiteral("Close Door before starting Spindle"));
+    EXPECT_TRUE(k->picStopped->isVisibleTo(k));
+    EXPECT_EQ(k->lblStopped->text(),
+              QStringLiteral("Spindle has been stopped. Close door and Click the green button to restart."));
+
+    // Closed again: the start picture may be used.
+    w.emu->controller().closeDoor();
+    w.LinkWorld::run(5);
+    EXPECT_TRUE(k->picSpindleStart->isEnabled());
+    EXPECT_TRUE(k->picStartText->toolTip().isEmpty());
+
+    // Clicks and menu entries only ask; the key loop acts.
+    gblnSpindleStartReq = gblnSpindleStopReq = false;
+    const int before = w.emu->controller().spindleRecords();
+    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QCoreApplication::sendEvent(k->picSpindleStart, &release);
+    EXPECT_TRUE(gblnSpindleStartReq);
+    f->mnuMStop->setEnabled(true);
+    f->mnuMStop->trigger();
+    EXPECT_TRUE(gblnSpindleStopReq);
+    w.LinkWorld::run(5);
+    EXPECT_EQ(w.emu->controller().spindleRecords(), before);
+    UnloadForms();
+}

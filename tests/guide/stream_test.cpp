@@ -1,0 +1,445 @@
+// The machining stream and the in-run prompts, run against the controller emulator on the
+// fake clock, with frmMill's real buttons pressed by a watcher and the boxes answered by the
+// test.
+#include "guide/stream_world.h"
+
+#include "core/filenum.h"
+#include "core/frm_main.h"
+#include "core/msgbox.h"
+#include "guide/frm_mill.h"
+#include "link/machining_screen.h"
+#include "link/spindle.h"
+#include "link/stream.h"
+#include "nc/commands.h"
+#include "nc/stepcode.h"
+#include "platform/forms.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QKeyEvent>
+#include <QProgressBar>
+#include <QTextEdit>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString kContinue = QStringLiteral(
+    "Do you want to continue machining?\r\nClick YES to carry on \r\nor NO to return to Main Menu");
+
+void UnloadForms()
+{
+    QList<QWidget *> forms = Forms();
+    for (auto it = forms.rbegin(); it != forms.rend(); ++it)
+        Unload(*it);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// The first tool goes into an empty spindle.
+void EmptySpindle()
+{
+    gintCurrentTool = 0;
+    gintNextTool = 0;
+    gblnToolInserted = false;
+    gblnToolInMachine = false;
+}
+
+struct Positions {
+    int32_t x, y, z;
+};
+
+// A clean run offline from the origin: the steps the program sends.
+Positions OfflineReference(StreamWorld &w)
+{
+    gblnOnline = false;
+    EmptySpindle();
+    glngPosX = glngPosY = glngPosZ = 0;
+    // The play as a reset leaves it, the same as the online run will start with.
+    gintLastDirX = gintLastDirY = gintLastDirZ = -1;
+    gintPlayX = gintBacklashX;
+    gintPlayY = gintBacklashY;
+    gintPlayZ = gintBacklashZ;
+    w.run();
+    Positions p{glngPosX, glngPosY, glngPosZ};
+    glngPosX = glngPosY = glngPosZ = 0;
+    w.promptTags.clear();
+    w.promptSteps.clear();
+    w.showMethod = 0;
+    return p;
+}
+
+class StreamTest : public ::testing::Test {
+protected:
+    void TearDown() override { UnloadForms(); }
+};
+
+} // namespace
+
+TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasCounted)
+{
+    StreamWorld w;
+    w.setUp(2);
+    ASSERT_TRUE(w.compile(kTwoToolProgram));
+    w.goOnline();
+    ASSERT_NE(w.emu, nullptr);
+    EmptySpindle();
+    QStringList speedPages;
+    w.onPrompt = [&](int step) {
+        if (step == 4)
+            speedPages << frmMill()->rtbMill->toPlainText().split(u'\n').first();
+        return 1;
+    };
+    w.run();
+
+    EXPECT_EQ(w.promptTags, (QStringList{"1", "0", "5"}));
+    EXPECT_EQ(w.promptSteps, (std::vector<int>{1, 2, 4, 0, 1, 2, 4, 5, 6}));
+    EXPECT_EQ(speedPages, (QStringList{"Set the spindle speed to 1000", "Set the spindle speed to 2000"}));
+    EXPECT_TRUE(w.seen.empty());
+    EXPECT_EQ(w.showMethod, 1);
+    EXPECT_TRUE(gblnMillDone);
+    EXPECT_EQ(gintCurrentTool, 2);
+    // The machine ran exactly the steps the PC counted.
+    const ControllerEmulator &c = w.emu->controller();
+    EXPECT_EQ(c.posX(), glngPosX);
+    EXPECT_EQ(c.posY(), glngPosY);
+    EXPECT_EQ(c.posZ(), glngPosZ);
+    EXPECT_GT(c.stepRecords(), 300);
+    EXPECT_EQ(c.droppedSteps(), 0);
+    // Never more than two frames out; every frame 1 to 16 records.
+    EXPECT_LE(w.maxOut, 2);
+    EXPECT_LE(c.maxFramesHeld(), 2);
+    EXPECT_EQ(c.overflows(), 0);
+    for (int n : w.frameSizes()) {
+        EXPECT_GE(n, 1);
+        EXPECT_LE(n, 16);
+    }
+    // The run is over: spindle off, files closed, the work file deleted by the last Done.
+    EXPECT_FALSE(c.spindleOn());
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_EQ(gintAnalysedFile, 0);
+    EXPECT_EQ(gintWorkFile, 0);
+    EXPECT_FALSE(QFile::exists(gstrWorkFile));
+    EXPECT_EQ(w.panel["status"], QStringLiteral("Machining"));
+    // The machining time: the fake clock's seconds of the run, shown as hh:mm:ss.
+    EXPECT_EQ(w.panel["timer"], QStringLiteral("Machining Time: ") + strMachiningTime(glngMachiningTime) +
+                                    QStringLiteral("  "));
+    EXPECT_GE(glngMachiningTime, 2);
+    EXPECT_LE(glngMachiningTime, w.clock.msecs() / 1000 + 1);
+}
+
+TEST_F(StreamTest, ToolPromptsStartAtTheRightStep)
+{
+    struct Case {
+        const char *name;
+        int16_t current, next;
+        bool inserted, inMachine;
+        QByteArray program;
+        QStringList tags;
+        std::vector<int> steps;
+        QStringList titles;   // of steps 1 and 2 as shown, in order
+    };
+    const QByteArray sameTool = "%\r\nN10 T1\r\nN20 S800\r\nN30 G0 X1 Y1 Z1\r\nN40 G1 Z0 F100\r\n"
+                                "N50 T1\r\nN55 S800\r\nN60 G1 X2\r\nN70 G0 Z1\r\n";
+    const Case cases[] = {
+        {"empty spindle", 0, 0, false, false, kTwoToolProgram, {"1", "0", "5"}, {1, 2, 4, 0, 1, 2, 4, 5, 6},
+         {"Insert Tool", "Start the Spindle", "Change Tool", "Start the Spindle"}},
+        {"first tool in from the set-up", 1, 1, true, true, kTwoToolProgram, {"2", "0", "5"}, {2, 4, 0, 1, 2, 4, 5, 6},
+         {"Start the Spindle", "Change Tool", "Start the Spindle"}},
+        {"a tool called again", 0, 0, false, false, sameTool, {"1", "5"}, {1, 2, 4, 5, 6},
+         {"Insert Tool", "Start the Spindle"}},
+    };
+    for (const Case &k : cases) {
+        SCOPED_TRACE(k.name);
+        StreamWorld w;
+        w.setUp();
+        ASSERT_TRUE(w.compile(k.program)) << (w.seen.empty() ? QString() : w.seen.back().text).toStdString();
+        gblnOnline = false;
+        gintCurrentTool = k.current;
+        gintNextTool = k.next;
+        gblnToolInserted = k.inserted;
+        gblnToolInMachine = k.inMachine;
+        QStringList titles;
+        w.onPrompt = [&](int step) {
+            if (step == 1 || step == 2)
+                titles << frmMill()->lblStepTitle->text();
+            return 1;
+        };
+        w.run();
+        EXPECT_EQ(w.promptTags, k.tags);
+        EXPECT_EQ(w.promptSteps, k.steps);
+        EXPECT_EQ(titles, k.titles);
+        EXPECT_EQ(w.showMethod, 1);
+        UnloadForms();
+    }
+}
+
+TEST_F(StreamTest, OfflineRunPlaysThroughWithEveryPromptAndCountsTheProgram)
+{
+    StreamWorld w;
+    w.setUp(3);
+    ASSERT_TRUE(w.compile(kTwoToolProgram));
+    gblnShowTime = false;
+    gblnOnline = false;
+    gblnDoorOpen = true;   // offline the door counts as closed at the first start
+    EmptySpindle();
+    w.run();
+    EXPECT_EQ(w.promptTags, (QStringList{"1", "0", "5"}));
+    EXPECT_EQ(w.promptSteps, (std::vector<int>{1, 2, 4, 0, 1, 2, 4, 5, 6}));
+    EXPECT_TRUE(w.seen.empty());
+    EXPECT_EQ(gintBuffersOut, 0);
+    EXPECT_EQ(w.panelHistory.count(QStringLiteral("timer")), 0u);   // ShowTime off
+    // From the origin the lead-in reaches X2 Y1 Z1, and the last G0 leaves the tool at
+    // X3 Y2 Z2: the position is what was sent.
+    EXPECT_EQ(glngPosX, 3 * 72);
+    EXPECT_EQ(glngPosY, 2 * 72);
+    EXPECT_EQ(glngPosZ, 2 * 72);
+    // Step 6 armed the play of every axis.
+    EXPECT_EQ(gintPlayX, 3);
+    EXPECT_EQ(gintLastDirZ, -1);
+}
+
+TEST_F(StreamTest, DoorOpenedAtAFrameBoundaryAsksDoorOpenAndSendsNothingUntilAnswered)
+{
+    StreamWorld w;
+    w.setUp();
+    ASSERT_TRUE(w.compile(kTwoToolProgram));
+    w.goOnline();
+    EmptySpindle();
+    ControllerEmulator &c = w.emu->controller();
+    int64_t framesAtArm = -1, writtenAtOpen = -1, stepsAtOpen = -1, stepsWhileOpen = 0;
+    w.onPump = [&] {
+        // Once the spindle runs and cutting is under way, open the door the moment a frame
+        // has run out: its "A" is on the wire ahead of the "O" and the "D".
+        if (framesAtArm < 0 && c.spindleOn() && c.framesRun() > 4)
+            framesAtArm = c.framesRun();
+        if (framesAtArm >= 0 && writtenAtOpen < 0 && c.framesRun() > framesAtArm && c.framesHeld() > 0) {
+            c.openDoor();
+            writtenAtOpen = w.emu->written().size();
+            stepsAtOpen = c.stepRecords();
+        }
+        if (c.doorOpen() && stepsAtOpen >= 0)
+            stepsWhileOpen = std::max(stepsWhileOpen, c.stepRecords() - stepsAtOpen);
+    };
+    w.onBox = [&](const BoxSeen &b) -> int16_t {
+        if (b.title == QLatin1String("Door Open")) {
+            // Nothing went out between the door opening and the question.
+            EXPECT_EQ(b.writtenAtBox, writtenAtOpen);
+            EXPECT_TRUE(gblnDoorOpen);
+            c.closeDoor();
+            return vbYes;
+        }
+        return b.flags % 16 == vbRetryCancel ? vbRetry : vbOK;
+    };
+    w.run();
+    ASSERT_GE(w.seen.size(), 2u);
+    EXPECT_EQ(w.seen[0].title, QStringLiteral("Door Open"));
+    EXPECT_EQ(w.seen[0].text, kContinue);
+    EXPECT_EQ(w.seen[0].flags, vbYesNo + vbQuestion + vbDefaultButton2);
+    EXPECT_EQ(w.seen.back().title, QStringLiteral("Machining interrupted"));
+    EXPECT_EQ(w.seen.back().text, QStringLiteral("Please confirm that the spindle speed control knob is set to 1000\r\n"
+                                                 "Click OK to carry on or CANCEL to return to Main Menu"));
+    EXPECT_EQ(stepsWhileOpen, 0);
+    EXPECT_GT(c.droppedSteps(), 0);
+    EXPECT_EQ(w.showMethod, 1);   // and the run went on to its end
+}
+
+TEST_F(StreamTest, DoorOpenedMidFrameStopsEverythingUntilTheDoorIsClosedAndTheOperatorAgrees)
+{
+    // The "O" and the "D"s of the interrupted frames come together: depending on which the
+    // stream meets first, it asks "Door Open" or stops at the prompt whose spindle start
+    // the open door refuses. Either way nothing moves while the door is open.
+    StreamWorld w;
+    w.setUp();
+    ASSERT_TRUE(w.compile(kTwoToolProgram));
+    w.goOnline();
+    EmptySpindle();
+    ControllerEmulator &c = w.emu->controller();
+    c.openDoorAtStep(200);
+    int64_t stepsAtOpen = -1, stepsWhileOpen = 0;
+    w.onPump = [&] {
+        if (c.doorOpen() && stepsAtOpen < 0)
+            stepsAtOpen = c.stepRecords();
+        if (c.doorOpen())
+            stepsWhileOpen = std::max(stepsWhileOpen, c.stepRecords() - stepsAtOpen);
+    };
+    w.onPrompt = [&](int step) {
+        if (step == 3) {
+            EXPECT_FALSE(gblnSpindleOn);   // refused while the door is open
+            c.closeDoor();
+        }
+        return 1;
+    };
+    w.onBox = [&](const BoxSeen &b) -> int16_t {
+        if (b.title == QLatin1String("Door Open"))
+            c.closeDoor();
+        return b.flags % 16 == vbYesNo ? vbYes : (b.flags % 16 == vbRetryCancel ? vbRetry : vbOK);
+    };
+    w.run();
+    ASSERT_GE(stepsAtOpen, 0);
+    EXPECT_EQ(stepsWhileOpen, 0);
+    const bool asked = !w.seen.empty() && w.seen[0].title == QLatin1String("Door Open");
+    const bool prompted = std::find(w.promptSteps.begin(), w.promptSteps.end(), 3) != w.promptSteps.end();
+    EXPECT_TRUE(asked || prompted);
+    EXPECT_GE(c.spindleRefused() + (asked ? 1 : 0), 1);
+    EXPECT_EQ(w.showMethod, 1);
+}
+
+TEST_F(StreamTest, EscAsksMachiningInterruptedAndYesGoesOnFromTheNextRecord)
+{
+    StreamWorld w;
+    w.setUp(2);
+    ASSERT_TRUE(w.compile(kTwoToolProgram));
+    const Positions ref = OfflineReference(w);
+    FrmMain *main = frmMain();
+    main->show();
+    w.goOnline();
+    EmptySpindle();
+    ControllerEmulator &c = w.emu->controller();
+    bool pressed = false;
+    bool spindleAtBox = true;
+    w.onPump = [&] {
+        if (!pressed && c.spindleOn() && c.stepRecords() > 150) {
+            pressed = true;
+            QCoreApplication::postEvent(main, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
+        }
+    };
+    w.onBox = [&](const BoxSeen &b) -> int16_t {
+        if (b.text == kContinue) {
+            spindleAtBox = c.spindleOn();
+            return vbYes;
+        }
+        return vbOK;
+    };
+    w.run();
+    ASSERT_EQ(w.seen.size(), 2u);
+    EXPECT_EQ(w.seen[0].title, QStringLiteral("Machining interrupted"));
+    EXPECT_EQ(w.seen[0].text, kContinue);
+    EXPECT_FALSE(spindleAtBox);   // stopped before the question
+    EXPECT_EQ(w.seen[1].title, QStringLiteral("Machining interrupted"));
+    EXPECT_EQ(w.showMethod, 1);
+    // Nothing lost, nothing repeated: the machine made the whole program.
+    EXPECT_EQ(c.posX(), ref.x);
+    EXPECT_EQ(c.posY(), ref.y);
+    EXPECT_EQ(c.posZ(), ref.z);
+    EXPECT_EQ(glngPosX, ref.x);
+    EXPECT_EQ(glngPosZ, ref.z);
+}
+
+TEST_F(StreamTest, LostReplyRaisesTheAlarmAfterTenSecondsAndNoGoesBackToTheWizard)
+{
+    StreamWorld w;
+    w.setUp();
+    ASSERT_TRUE(w.compile(kTwoToolProgram));
+    w.goOnline();
+    EmptySpindle();
+    ControllerEmulator &c = w.emu->controller();
+    int64_t armedAt = -1, alarmAt = -1, lastStepAt = -1, lastSteps = 0;
+    w.onPump = [&] {
+        if (armedAt < 0 && c.spindleOn() && c.framesRun() > 6) {
+            c.loseReplies(1);
+            armedAt = w.clock.msecs();
+        }
+        if (c.stepRecords() != lastSteps) {
+            lastSteps = c.stepRecords();
+            lastStepAt = w.clock.msecs();
+        }
+    };
+    w.onSkull = [&] { alarmAt = w.clock.msecs(); };
+    w.onBox = [&](const BoxSeen &) -> int16_t { return vbNo; };
+    w.run();
+    ASSERT_EQ(w.skullTexts.size(), 1);
+    EXPECT_TRUE(w.skullTexts[0].startsWith(QStringLiteral("There is a problem with the hardware.")));
+    // The PC waited 10 s from the start of its wait; the machine ran out what it held
+    // (well under a second) and then stood still until the alarm.
+    EXPECT_GE(alarmAt - armedAt, 10000);
+    EXPECT_GT(alarmAt - lastStepAt, 9000);
+    EXPECT_LE(alarmAt - lastStepAt, 10000);
+    ASSERT_EQ(w.seen.size(), 1u);
+    EXPECT_EQ(w.seen[0].title, QStringLiteral("Machining interrupted"));
+    EXPECT_EQ(w.seen[0].text, kContinue);
+    EXPECT_EQ(w.backToWizard, 1);
+    EXPECT_EQ(w.showMethod, 0);
+    EXPECT_EQ(gintAnalysedFile, 0);
+    EXPECT_FALSE(QFile::exists(gstrWorkFile));
+    EXPECT_FALSE(c.spindleOn());
+}
+
+TEST_F(StreamTest, CancelInAPromptIsHandledAsEscAndSendsNoStep)
+{
+    StreamWorld w;
+    w.setUp();
+    ASSERT_TRUE(w.compile(kTwoToolProgram));
+    w.goOnline();
+    EmptySpindle();
+    ControllerEmulator &c = w.emu->controller();
+    int64_t stepsAtCancel = -1;
+    w.onPrompt = [&](int step) {
+        if (step == 0 && stepsAtCancel < 0) {   // the tool change: the operator gives up
+            stepsAtCancel = c.stepRecords();
+            return 0;
+        }
+        return 1;
+    };
+    int64_t stepsAtBox = -1;
+    w.onBox = [&](const BoxSeen &b) -> int16_t {
+        if (stepsAtBox < 0)
+            stepsAtBox = c.stepRecords();
+        return b.text == kContinue ? vbNo : vbOK;
+    };
+    w.run();
+    ASSERT_EQ(w.seen.size(), 1u);
+    EXPECT_EQ(w.seen[0].title, QStringLiteral("Machining interrupted"));
+    EXPECT_EQ(stepsAtBox, stepsAtCancel);
+    EXPECT_EQ(w.backToWizard, 1);
+}
+
+TEST_F(StreamTest, TheMachiningPanelShowsTheCodeWithTheCurrentLineMarkedAndTheProgress)
+{
+    StreamWorld w;
+    w.setUp();
+    ASSERT_TRUE(w.compile(kTwoToolProgram));
+    FrmMain *main = frmMain();
+    InstallMachiningUi();
+    StreamHooks &h = streamHooks();
+    h.millPrompt = [&](const QString &tag) {
+        w.promptTags << tag;
+        return ShowMillPrompt(tag);
+    };
+    h.backToWizard = {};
+    h.showMethod = {};
+    ShowMachining();
+    gblnOnline = false;
+    EmptySpindle();
+    QStringList marked;
+    std::vector<int> progress;
+    w.onPrompt = [&](int step) {
+        QTextEdit *code = main->picMachining->rtbMillCode;
+        // The first page of each tool prompt.
+        if (QString::number(step) == w.promptTags.last() && step < 5) {
+            marked << (code->extraSelections().isEmpty() ? QString()
+                                                         : code->extraSelections().first().cursor.selectedText());
+            progress.push_back(main->picMachining->pgbMillProg->value());
+        }
+        // The prompt stands at the lower right of the main window.
+        const QRect m = main->frameGeometry();
+        const QRect p = frmMill()->frameGeometry();
+        EXPECT_LE(p.right(), m.right());
+        EXPECT_GT(p.left(), m.center().x() - p.width());
+        return 1;
+    };
+    w.run();
+    QTextEdit *code = main->picMachining->rtbMillCode;
+    EXPECT_EQ(code->toPlainText().split(u'\n').size(), glngCommandCount);
+    EXPECT_EQ(code->toPlainText().split(u'\n').at(4), QStringLiteral("N50 G1 X4 F200"));
+    // The first prompt (insert) opens on the lead-in, command 3; the change on command 10.
+    EXPECT_EQ(marked, (QStringList{"N30 G0 X2 Y1 Z1", "N100 G0 X1 Y1"}));
+    EXPECT_EQ(progress, (std::vector<int>{23, 77}));
+    EXPECT_EQ(main->picMachining->pgbMillProg->value(), 100);
+}
+
+TEST(StreamFormat, MachiningTimeIsHoursMinutesSeconds)
+{
+    EXPECT_EQ(strMachiningTime(0), QStringLiteral("00:00:00"));
+    EXPECT_EQ(strMachiningTime(3725), QStringLiteral("01:02:05"));
+    EXPECT_EQ(strMachiningTime(36000 + 59), QStringLiteral("10:00:59"));
+}

@@ -1,0 +1,163 @@
+#include "guide/stream_world.h"
+
+#include "core/filenum.h"
+#include "guide/frm_mill.h"
+#include "link/stream.h"
+#include "nc/analysed.h"
+#include "nc/evaluate.h"
+#include "nc/linestep.h"
+#include "nc/reader.h"
+#include "nc/stepcode.h"
+#include "platform/forms.h"
+#include "tools/tooltable.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+const QByteArray kTwoToolProgram =
+    "%\r\n"
+    "* Two tools\r\n"
+    "N10 T1\r\n"
+    "N20 S1000\r\n"
+    "N30 G0 X2 Y1 Z1\r\n"
+    "N40 G1 Z-0.5 F100\r\n"
+    "N50 G1 X4 F200\r\n"
+    "N60 G1 Y2.5\r\n"
+    "N70 G0 Z1\r\n"
+    "N80 T2\r\n"
+    "N90 S2000\r\n"
+    "N100 G0 X1 Y1\r\n"
+    "N110 G1 Z-0.2 F100\r\n"
+    "N120 G1 X3 Y2 F150\r\n"
+    "N130 G0 Z2\r\n";
+
+StreamWorld::StreamWorld()
+{
+    ResetStreamState();
+    ResetStreamHooks();
+    ResetStepState();
+    SetPumpHook([this] {
+        clock.advanceMs(1);
+        maxOut = std::max<int>(maxOut, gintBuffersOut);
+        if (onPump)
+            onPump();
+    });
+    uiHooks().messageBox = [this](const QString &text, int32_t flags, const QString &title) -> int16_t {
+        BoxSeen b{text, flags, title, emu ? static_cast<int64_t>(emu->written().size()) : 0};
+        seen.push_back(b);
+        if (onBox)
+            return onBox(b);
+        switch (flags & 0x0F) {
+        case 2: return 3;
+        case 3: case 4: return 6;
+        case 5: return 4;
+        default: return 1;
+        }
+    };
+    StreamHooks &h = streamHooks();
+    h.millPrompt = [this](const QString &tag) {
+        promptTags << tag;
+        return ShowMillPrompt(tag);
+    };
+    h.backToWizard = [this] { ++backToWizard; };
+    h.backToMenu = [this] { ++backToMenu; };
+    h.showMethod = [this] { ++showMethod; };
+    m_watch.setInterval(0);
+    QObject::connect(&m_watch, &QTimer::timeout, [this] { watchPrompt(); });
+    m_watch.start();
+}
+
+StreamWorld::~StreamWorld()
+{
+    m_watch.stop();
+    FileCloseAll();
+    if (!gstrWorkFile.isEmpty())
+        QFile::remove(gstrWorkFile);
+    ResetStreamHooks();
+    ResetStreamState();
+}
+
+void StreamWorld::watchPrompt()
+{
+    if (!frmMillLoaded())
+        return;
+    FrmMill *f = frmMill();
+    if (!f->isVisible() || f->intStepsShown == m_lastShown)
+        return;
+    m_lastShown = f->intStepsShown;
+    promptSteps.push_back(f->intStep);
+    const int button = onPrompt ? onPrompt(f->intStep) : 1;
+    if (button >= 0)
+        f->cmdNav[static_cast<size_t>(button)]->click();
+}
+
+void StreamWorld::setUp(int16_t backlash, float rapid)
+{
+    RegistryValuePut(QStringLiteral("RapidSpeed"), QString::number(static_cast<double>(rapid)));
+    RegistryValuePut(QStringLiteral("KeepFiles"), QStringLiteral("Yes"));
+    RegistryValuePut(QStringLiteral("ShowTime"), QStringLiteral("Yes"));
+    for (const char *axis : {"BacklashX", "BacklashY", "BacklashZ"})
+        RegistryValuePut(QString::fromLatin1(axis), QString::number(backlash));
+    ReadStartSettings();
+    gtypTools.Erase();
+    gintToolCount = 2;
+    gtypTools.Redim(2);
+    gtypTools(1).intNumber = 1;
+    gtypTools(1).strType = QStringLiteral("End mill");
+    gtypTools(1).sngDiameter = 6.0f;
+    gtypTools(1).sngOffset = 0.0f;
+    gtypTools(2).intNumber = 2;
+    gtypTools(2).strType = QStringLiteral("Ball end");
+    gtypTools(2).sngDiameter = 3.0f;
+    gtypTools(2).sngOffset = 0.0f;
+}
+
+bool StreamWorld::compile(const QByteArray &text)
+{
+    const QString path = dir.path() + QStringLiteral("/part.brx");
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly))
+        return false;
+    f.write(text);
+    f.close();
+    gblnCancel = false;
+    gblnAnalysedToTemp = false;
+    gfnCompFileReason = &strCompFileReason;
+    QString refused;
+    uiHooks().correctFile = [&refused](const QString &, const QString &errorText, const QString &) {
+        refused = errorText;
+        return QStringLiteral("Cancel");
+    };
+    ReadCommands(path);
+    if (gintReadResult != 0) {
+        ADD_FAILURE() << "the reader refused the program: " << refused.toStdString();
+        return false;
+    }
+    if (!gblnAnalysedValid)
+        EvaluateCommands();
+    return QFile::exists(gstrAnalysedFile);
+}
+
+void StreamWorld::run()
+{
+    gblnCancel = false;
+    StartMilling();
+    tmrStartMilling_Timer();
+}
+
+std::vector<int> StreamWorld::frameSizes() const
+{
+    std::vector<int> sizes;
+    if (!emu)
+        return sizes;
+    const QByteArray &w = emu->written();
+    for (qsizetype i = 0; i < w.size();) {
+        const int len = static_cast<uint8_t>(w.at(i));
+        sizes.push_back((len - 1) / 3);
+        i += len > 0 ? len : 1;
+    }
+    return sizes;
+}

@@ -1,0 +1,57 @@
+// A world for runs of the machining stream: the link's world (emulator on the fake clock),
+// a program compiled through the real reader and compiler, frmMill driven through its real
+// buttons by a watcher, and every message box recorded and answered by the test.
+#pragma once
+
+#include "link/link_world.h"
+
+#include <QByteArray>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <vector>
+
+struct BoxSeen {
+    QString text;
+    int32_t flags = 0;
+    QString title;
+    int64_t writtenAtBox = 0;   // bytes the controller had been sent when the box came up
+};
+
+struct StreamWorld : LinkWorld {
+    QTemporaryDir dir;
+    // The in-run prompt: start tags it was opened with, and every step it showed.
+    QStringList promptTags;
+    std::vector<int> promptSteps;
+    // What the operator does at each step shown: 0 Cancel, 1 Done. Default: Done.
+    std::function<int(int step)> onPrompt;
+    // The message boxes, and the answer to each (default: the first button).
+    std::vector<BoxSeen> seen;
+    std::function<int16_t(const BoxSeen &)> onBox;
+    // Screens the run went back to.
+    int backToWizard = 0, backToMenu = 0, showMethod = 0;
+    // Most frames out at once, as the PC counted them.
+    int maxOut = 0;
+    // Called on every turn of the message loop after the clock has moved.
+    std::function<void()> onPump;
+
+    StreamWorld();
+    ~StreamWorld();
+
+    // Store values and tools 1 and 2 (End mill 6 mm, 3 mm), then the settings read.
+    void setUp(int16_t backlash = 0, float rapid = 500.0f);
+    // Writes and compiles an NC program; true when an analysed file was made.
+    bool compile(const QByteArray &text);
+    // StartMilling, then SendToMill as tmrStartMilling would.
+    void run();
+    // The frames the controller was sent, as record counts (spindle frames included).
+    std::vector<int> frameSizes() const;
+
+private:
+    QTimer m_watch;
+    int m_lastShown = -1;
+    void watchPrompt();
+};
+
+// Programs used by the tests.
+extern const QByteArray kTwoToolProgram;   // T1, S1000, cut, T2, S2000, cut
