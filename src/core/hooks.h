@@ -34,6 +34,11 @@ UiHooks &uiHooks();
 // first button; no busy display; a faulty NC file is not corrected; the process ends).
 void ResetUiHooks();
 
+// Set by the test programs: a process that ends inside a test (the console ending, not a
+// test's own hook) exits with a failure code instead of the code asked for, so that it can
+// never pass for a finished test.
+extern bool gblnUnderTest;
+
 // Lets queued events run: timers, the serial line, the operator's clicks.
 void DoEvents();
 

@@ -4,6 +4,7 @@
 #include "core/frm_splash.h"
 #include "core/store.h"
 #include "core/window_hook.h"
+#include "link/comms.h"
 #include "ui_fixture.h"
 
 #include <QElapsedTimer>
@@ -245,7 +246,11 @@ TEST_F(Start, SettingsRefuseAZeroRapidSpeed)
     s->txtRapid->setText(QStringLiteral("600"));
     s->chkOnline->setChecked(true);
     s->optComms[2]->setChecked(true);
+    // Saving online sets the link up again: COM3 is the built-in controller emulator here.
+    qputenv("BRANTOK_COM3", "emulator");
     EXPECT_TRUE(s->blnSaveSettings());
+    CloseComms();
+    qunsetenv("BRANTOK_COM3");
     EXPECT_EQ(strRegistryValueGet(QStringLiteral("Comport"), QString()), QStringLiteral("COM3"));
     EXPECT_EQ(strRegistryValueGet(QStringLiteral("Online"), QString()), QStringLiteral("Yes"));
     EXPECT_EQ(strRegistryValueGet(QStringLiteral("RapidSpeed"), QString()), QStringLiteral("600"));

@@ -5,6 +5,8 @@
 #include <QApplication>
 #endif
 
+#include "core/hooks.h"
+
 #include <gtest/gtest.h>
 
 int main(int argc, char **argv)
@@ -12,6 +14,7 @@ int main(int argc, char **argv)
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     ::testing::InitGoogleTest(&argc, argv);
+    gblnUnderTest = true;
 #ifdef BRANTOK_TEST_UI
     QApplication app(argc, argv);
 #else
