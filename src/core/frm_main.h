@@ -5,6 +5,7 @@
 #pragma once
 
 #include "core/main_panels.h"
+#include "tools/tooldatapanel.h"
 #include "platform/forms.h"
 
 #include <QMainWindow>
@@ -50,7 +51,7 @@ public:
     PicMenu *picMenu;
     PicKeyboard *picKeyboard;
     PicSetMill *picSetMill;
-    PicTools *picTools;
+    ToolDataPanel *picTools;
     PicMachining *picMachining;
     PicOffset *picOffset;
     PicMethod *picMethod;
@@ -82,7 +83,6 @@ public:
     void picMenu_MouseMove();
     void tmrShowMenu_Timer();
     void tmrBook_Timer();
-    void cmdToolsOk_Click();
     void mnuOSettings_Click();
     void mnuTCalc_Click();
     void mnuHAbout_Click();

@@ -5,10 +5,8 @@
 #include "core/artwork.h"
 
 #include <QGroupBox>
-#include <QHeaderView>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QTableWidget>
 #include <QTextEdit>
 
 namespace {
@@ -108,36 +106,6 @@ PicSetMill::PicSetMill(QWidget *parent) : QFrame(parent)
     imgWait->setFixedSize(BookFrame(0).size());
     imgWait->move(picNav->width() - imgWait->width(), (picNav->height() - imgWait->height()) / 2);
     imgWait->hide();
-}
-
-PicTools::PicTools(QWidget *parent) : QFrame(parent)
-{
-    card(this, "picTools", QStringLiteral("Tool Data Table"), 580, 420);
-    lblTitle = title(this, "lblTitle", QStringLiteral("Tool Data Table"), 18, 10, 400);
-    const char *sorts[] = {"Number", "Type", "Diameter", "Offset"};
-    for (int i = 0; i < 4; ++i) {
-        auto *b = named(new QPushButton(QString::fromLatin1(sorts[i]), this), "cmdSort",
-                        QStringLiteral("Sort by ") + QString::fromLatin1(sorts[i]));
-        b->setGeometry(18 + i * 104, 44, 104, 26);
-        cmdSort[static_cast<size_t>(i)] = b;
-    }
-    grdTools = named(new QTableWidget(9, 4, this), "grdTools", QStringLiteral("Tools"));
-    grdTools->setGeometry(18, 70, 420, 9 * 30 + 4);
-    grdTools->verticalHeader()->setDefaultSectionSize(30);
-    grdTools->horizontalHeader()->hide();
-    grdTools->verticalHeader()->hide();
-    grdTools->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    for (int c = 0; c < 4; ++c)
-        grdTools->setColumnWidth(c, 104);
-    const std::pair<const char *, const char *> buttons[] = {
-        {"&Add", "cmdAdd"}, {"&Edit", "cmdEdit"}, {"De&lete", "cmdDelete"}, {"&Done", "cmdOk"}};
-    QPushButton **targets[] = {&cmdAdd, &cmdEdit, &cmdDelete, &cmdOk};
-    for (int i = 0; i < 4; ++i) {
-        QString caption = QString::fromLatin1(buttons[i].first);
-        auto *b = named(new QPushButton(caption, this), buttons[i].second, QString(caption).remove(u'&'));
-        b->setGeometry(456, i == 3 ? 366 : 70 + i * 44, 106, 32);
-        *targets[i] = b;
-    }
 }
 
 PicMachining::PicMachining(QWidget *parent) : QFrame(parent)

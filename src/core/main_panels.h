@@ -14,7 +14,6 @@
 class QGroupBox;
 class QProgressBar;
 class QPushButton;
-class QTableWidget;
 class QTextEdit;
 class QLineEdit;
 
@@ -103,18 +102,7 @@ public:
     std::array<QPushButton *, 3> cmdSetNav{};
 };
 
-// Mode 5: the tool table.
-class PicTools : public QFrame {
-public:
-    explicit PicTools(QWidget *parent);
-    QLabel *lblTitle;
-    QTableWidget *grdTools;
-    std::array<QPushButton *, 4> cmdSort{};
-    QPushButton *cmdAdd;
-    QPushButton *cmdEdit;
-    QPushButton *cmdDelete;
-    QPushButton *cmdOk;
-};
+// Mode 5: the tool table is the tool screens' own panel (tools/tooldatapanel.h).
 
 // Mode 6: the machining display.
 class PicMachining : public QFrame {

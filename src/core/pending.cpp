@@ -23,8 +23,6 @@ void SetOffStep(int16_t) {}
 void ShowBillet(const QString &) {}
 void SendToMill() {}
 
-void ToolGridSetup(QTableWidget *) {}
-void ToolDataShow(QTableWidget *) {}
 
 // The editor's unload gives the main menu back with SetMode(1); with no editor, at once.
 void ShowCodeEditor() { SetMode(1); }

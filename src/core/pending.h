@@ -8,8 +8,6 @@
 
 #include <cstdint>
 
-class QTableWidget;
-
 // --- Recent files (replaced by the recent-files part).
 void MRUGetFileList();                                  // fills mnuMMru from the store
 void MRUSaveFileList();                                 // writes mnuMMru back
@@ -29,10 +27,6 @@ void ShowOffset();
 void SetOffStep(int16_t intStep);
 void ShowBillet(const QString &strReturn);
 void SendToMill();
-
-// --- Tool table screens (replaced by the tool screens part).
-void ToolGridSetup(QTableWidget *grd);
-void ToolDataShow(QTableWidget *grd);
 
 // --- Code editor (replaced by the code editor part).
 void ShowCodeEditor();                                  // frmCNCEdit, modal
