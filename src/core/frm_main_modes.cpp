@@ -59,8 +59,6 @@ void FrmMain::buildPanels()
         connect(e, &MenuEntry::gotFocus, this, [this](int i) { txtMenu_GotFocus(i); });
         connect(e, &MenuEntry::lostFocus, this, [this](int i) { txtMenu_LostFocus(i); });
     }
-    connect(picKeyboard->picSpindleStart, &PictureButton::clicked, this, [] { gblnSpindleStartReq = true; });
-    connect(picKeyboard->picSpindleStop, &PictureButton::clicked, this, [] { gblnSpindleStopReq = true; });
 }
 
 void SetMode(int16_t intMode) try {

@@ -50,43 +50,6 @@ QLabel *title(QWidget *parent, const char *name, const QString &text, int x, int
 
 } // namespace
 
-PicKeyboard::PicKeyboard(QWidget *parent) : QFrame(parent)
-{
-    card(this, "picKeyboard", QStringLiteral("Manual control"), 720, 440);
-    fraTask = named(new QGroupBox(QStringLiteral("Task"), this), "fraTask", QStringLiteral("Task"));
-    fraTask->setGeometry(16, 12, 330, 250);
-    rtbTask = readOnlyText(fraTask, "rtbTask", QStringLiteral("Task"));
-    rtbTask->setGeometry(10, 24, 310, 176);
-    cmdDone = named(new QPushButton(QStringLiteral("&Done"), fraTask), "cmdDone", QStringLiteral("Done"));
-    cmdDone->setGeometry(220, 208, 100, 32);
-    picPosition = named(new QFrame(this), "picPosition", QStringLiteral("Tool position"));
-    picPosition->setFocusPolicy(Qt::StrongFocus);
-    picPosition->setFrameShape(QFrame::StyledPanel);
-    picPosition->setGeometry(362, 12, 342, 250);
-    const char *axes[] = {"X", "Y", "Z", "All"};
-    for (int i = 0; i < 4; ++i) {
-        auto *b = named(new QPushButton(QStringLiteral("Reset ") + QString::fromLatin1(axes[i]), picPosition),
-                        "cmdReset", QStringLiteral("Reset ") + QString::fromLatin1(axes[i]));
-        b->setGeometry(240, 14 + i * 56, 90, 30);
-        b->setFocusPolicy(Qt::NoFocus);
-        cmdReset[static_cast<size_t>(i)] = b;
-    }
-    imgKeybd = named(new QLabel(this), "imgKeybd", QStringLiteral("The keys of the numeric keypad"));
-    imgKeybd->setGeometry(16, 274, 330, 150);
-    picSpindleStart = named(new PictureButton(this), "picSpindleStart", QStringLiteral("Start the spindle"));
-    picSpindleStart->setGeometry(380, 290, 52, 52);
-    picSpindleStop = named(new PictureButton(this), "picSpindleStop", QStringLiteral("Stop the spindle"));
-    picSpindleStop->setGeometry(440, 290, 52, 52);
-    picStartText = named(new QLabel(QStringLiteral("Spindle"), this), "picStartText", QStringLiteral("Spindle"));
-    picStartText->setGeometry(500, 290, 200, 52);
-    picStopped = named(new QFrame(this), "picStopped", QStringLiteral("Warning"));
-    picStopped->setGeometry(380, 352, 324, 72);
-    lblStopped = named(new QLabel(picStopped), "lblStopped", QStringLiteral("Warning"));
-    lblStopped->setWordWrap(true);
-    lblStopped->setGeometry(0, 0, 324, 72);
-    picStopped->hide();
-}
-
 PicSetMill::PicSetMill(QWidget *parent) : QFrame(parent)
 {
     card(this, "picSetMill", QStringLiteral("Machining set-up"), 540, 430);

@@ -17,14 +17,14 @@ void mnuMMru_Click(int intIndex);                       // LaunchFile(its Tag, I
 void LaunchFile(const QString &strFile, int16_t intMRUIndex);   // into the set-up wizard
 void mnuTimport_Click();
 
-// --- Manual control (replaced by the manual-control part).
-void ShowKeyboard(bool blnSpindle);
-
 // --- Machining set-up wizard, offset wizard, billet help, machining stream.
 void ShowSetMill();
 void SetSetStep(int16_t intStep);
 void ShowOffset();
 void SetOffStep(int16_t intStep);
+// The ways back from a wizard's task on the manual screen (-1: the task has ended).
+void ReturnToSetMill(int16_t intStep);
+void ReturnToOffset();
 void ShowBillet(const QString &strReturn);
 void SendToMill();
 
