@@ -14,6 +14,8 @@
 #include "nc/stepcode.h"
 #include "platform/keystate.h"
 
+#include <QThread>
+
 #include <cstdlib>
 
 int16_t gintKeyDirX = 0, gintKeyDirY = 0, gintKeyDirZ = 0;
@@ -246,6 +248,10 @@ void KeyControl() try {
             }
             blnMoved = false;
             DoEvents();
+            // Standing still with nothing out: a short sleep, so that the screen waiting for a
+            // key doesn't keep a core busy. A key is seen within 1 ms all the same.
+            if (gintBuffersOut == 0)
+                QThread::msleep(1);
             if (gblnDoorStopped && gblnDoorOpen) {
                 StdMsgBox(QStringLiteral("The spindle has been stopped because the door was opened"), vbExclamation,
                           QStringLiteral("Door Status"));

@@ -22,6 +22,7 @@ protected:
         ResetKeyControl();
         gSpindleControls = SpindleControls();
         f = frmMain();
+        f->tmrShowMenu->stop();   // its tick would bring the menu back over the screen under test
         SetMode(1);
     }
     void TearDown() override
