@@ -45,6 +45,8 @@ void FrmMain::buildPanels()
     picKeyboard = new PicKeyboard(client);
     picSetMill = new PicSetMill(client);
     picTools = new ToolDataPanel(client, [](int16_t intMode) { SetMode(intMode); });
+    picTools->setStyleSheet(QStringLiteral("#picTools { background: #ffffff; border: 1px solid #d5dbe1;"
+                                           " border-radius: 10px; }"));
     picMachining = new PicMachining(client);
     picOffset = new PicOffset(client);
     picMethod = new PicMethod(client);

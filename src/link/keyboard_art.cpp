@@ -55,7 +55,7 @@ QPixmap ilsKeypad(const QString &strKey)
     //    1   2   3  Ent
     //      0     .
     const bool blnDot = strKey == QLatin1String("NumpadDot");
-    const int u = 38;   // one key, px
+    const int u = 34;   // one key, px
     QPixmap pm = blank(4 * u + 170, 5 * u + 2);
     QPainter p(&pm);
     p.setRenderHint(QPainter::Antialiasing);

@@ -59,9 +59,27 @@ PicKeyboard::PicKeyboard(QWidget *parent) : QFrame(parent)
                                  " border-radius: 6px; }"));
     hide();
 
-    // The task of a wizard step, and the cutter picture of the origin tasks.
+    // Free control has no task: a heading and a reminder stand where the task frame goes.
+    auto *lblFree = text(this, "lblFree", QStringLiteral("Manual Control"), QRect(24, 20, 320, 30), 20, true);
+    lblFree->setStyleSheet(QStringLiteral("color: #1f3a5f;"));
+    auto *lblFreeHint = text(this, "lblFreeHint",
+                             QStringLiteral("Move the tool with the arrow keys (X and Y) and with Page Up and "
+                                            "Page Down (Z).\n\nHold a blue key of the keypad as well for a "
+                                            "speed; the orange keys give rapid.\n\nClick Done or press Esc when you have finished."),
+                             QRect(24, 60, 320, 190), 14);
+    lblFreeHint->setWordWrap(true);
+    lblFreeHint->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    lblFreeHint->setAccessibleName(QStringLiteral("How to move the tool"));
+
+    // The task of a wizard step, and the cutter picture of the origin tasks. It covers the
+    // heading above while it is shown.
     fraTask = named(new QGroupBox(QStringLiteral("Task"), this), "fraTask", QStringLiteral("Task"));
     fraTask->setGeometry(16, 12, 340, 250);
+    fraTask->setAutoFillBackground(true);
+    QPalette white = fraTask->palette();
+    white.setColor(QPalette::Window, Qt::white);
+    fraTask->setPalette(white);
+    fraTask->raise();
     rtbTask = named(new QTextEdit(fraTask), "rtbTask", QStringLiteral("Task"));
     rtbTask->setReadOnly(true);
     rtbTask->setFocusPolicy(Qt::NoFocus);

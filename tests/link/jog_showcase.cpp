@@ -10,6 +10,7 @@
 #include "core/state.h"
 #include "link/keyboard_panel.h"
 #include "link/keycontrol.h"
+#include "link/link_screen.h"
 #include "link/spindle.h"
 #include "platform/gui_hooks.h"
 #include "platform/keystate.h"
@@ -43,6 +44,7 @@ int main(int argc, char **argv)
     FrmMain *f = frmMain();
     f->stbPanel(QStringLiteral("spindle"))->setText(QStringLiteral("Spindle Stopped"));
     f->stbPanel(QStringLiteral("online"))->setText(QStringLiteral("Working Offline"));
+    linkHooks().setPanel = [f](const QString &key, const QString &text) { f->stbPanel(key)->setText(text); };
     f->move(0, 0);
     f->resize(880, 640);
     f->show();
