@@ -80,6 +80,7 @@ PicKeyboard::PicKeyboard(QWidget *parent) : QFrame(parent)
     white.setColor(QPalette::Window, Qt::white);
     fraTask->setPalette(white);
     fraTask->raise();
+    fraTask->hide();   // shown by a wizard for its task; free control has none
     rtbTask = named(new QTextEdit(fraTask), "rtbTask", QStringLiteral("Task"));
     rtbTask->setReadOnly(true);
     rtbTask->setFocusPolicy(Qt::NoFocus);

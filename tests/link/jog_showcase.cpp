@@ -69,7 +69,6 @@ int main(int argc, char **argv)
             ShowKeyboard(true);
             gblnSpindleStartReq = true;
         } else {
-            f->picKeyboard->fraTask->hide();
             ShowKeyboard(true);
             keys.Press(VK_RIGHT);
             keys.Press(VK_NUMPAD5);

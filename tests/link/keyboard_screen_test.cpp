@@ -44,6 +44,7 @@ TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
     PicKeyboard *k = f->picKeyboard;
     EXPECT_EQ(gintMode, 2);
     EXPECT_FALSE(k->isHidden());
+    EXPECT_TRUE(k->fraTask->isHidden());   // free control: no task
     EXPECT_TRUE(frmSplash()->tmrKeyControl->isActive());
     EXPECT_EQ(k->lblPos[0]->text(), QStringLiteral("1.00"));
     EXPECT_EQ(k->lblPos[1]->text(), QStringLiteral("0.00"));
