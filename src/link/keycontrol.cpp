@@ -12,10 +12,12 @@
 #include "link/link_screen.h"
 #include "link/spindle.h"
 #include "nc/stepcode.h"
+#include "platform/clock.h"
 #include "platform/keystate.h"
 
 #include <QThread>
 
+#include <algorithm>
 #include <cstdlib>
 
 int16_t gintKeyDirX = 0, gintKeyDirY = 0, gintKeyDirZ = 0;
@@ -66,6 +68,24 @@ void ShowLamps(int16_t intMask, float sngSpeed)
         gKeyboard = next;
         Call(keyboardHooks().lampsChanged);
     }
+}
+
+// Offline nothing answers and the replies are paid at once, so the loop would count steps as
+// fast as the PC can compose them. A rehearsal should look like the machine: each frame is
+// given the time the controller would take to run it (the sum of its records' counts at
+// 921 600 Hz), and the next frame waits until the one before would have finished.
+double gdblOfflineFrameEnd = 0.0;   // clock, s
+
+void OfflinePace(const QByteArray &frame)
+{
+    double secs = 0.0;
+    for (qsizetype i = 1; i + 3 <= frame.size(); i += 3) {
+        const int timer = static_cast<uint8_t>(frame[i + 1]) + 256 * static_cast<uint8_t>(frame[i + 2]);
+        secs += (65536 - timer) / 921600.0;
+    }
+    while (appClock().seconds() < gdblOfflineFrameEnd && gblnKeyLoop)
+        DoEvents();
+    gdblOfflineFrameEnd = std::max(gdblOfflineFrameEnd, appClock().seconds()) + secs;
 }
 
 int32_t &Display(int16_t intAxis)
@@ -299,6 +319,8 @@ void SendKeyBuff(const QByteArray &strSteps) try {
     frame[0] = static_cast<char>(frame.size());
     if (gblnOnline && !blnControllerAvailable())
         CallShutdown();   // "Work Offline" chosen in the alarm with the line in use
+    if (!gblnOnline)
+        OfflinePace(frame);
     SendFrame(frame);
 } catch (...) {
     LogError("modKeyboard", "SendKeyBuff");
@@ -369,6 +391,7 @@ void ResetKeyControl()
     gsngRampSpeed = 0.0f;
     glngDisplayX = glngDisplayY = glngDisplayZ = 0;
     gsngShownX = gsngShownY = gsngShownZ = 0.0f;
+    gdblOfflineFrameEnd = 0.0;
     gKeyboard = KeyboardScreen();
     keyboardHooks() = KeyboardHooks();
 }

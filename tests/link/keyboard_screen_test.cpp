@@ -71,7 +71,8 @@ TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
             speed = k->lblSpeed[0]->isHidden() ? QString() : k->lblSpeed[0]->text();
             keys.ReleaseAll();
         }
-        if (n == 300)
+        // Done once the machine stands and the position has been written (or much later).
+        if ((n > 200 && k->lblPos[0]->text() != QLatin1String("1.00")) || n == 200000)
             k->cmdDone->click();
     });
     frmSplash()->tmrKeyControl_Timer();   // the tick, without waiting for it
