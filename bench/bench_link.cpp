@@ -10,6 +10,8 @@
 #include "core/state.h"
 #include "core/store.h"
 #include "link/comms.h"
+#include "link/keycontrol.h"
+#include "platform/keystate.h"
 #include "link/link_screen.h"
 #include "link/spindle.h"
 #include "link/stream.h"
@@ -24,6 +26,8 @@
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+
+#include <QTimer>
 
 #include <benchmark/benchmark.h>
 
@@ -226,6 +230,88 @@ void BM_StreamProgram(benchmark::State &state)
     state.counters["steps_x"] = static_cast<double>(glngPosX);
 }
 BENCHMARK(BM_StreamProgram)->Arg(1)->Arg(25)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+
+// The manual key loop in a rapid at 700 mm/min along X (Numpad 0 and Right held by a fake
+// key state for `ms`), against the emulator program through the real serial port code.
+// Ramp up, cruise at 16 steps a round (19 ms a frame), ramp down. Figures: from a reply's
+// arrival to the loop's next frame written (seen at the next turn of the message loop),
+// and how often the controller ran dry before the end of the move.
+void BM_JogRapid(benchmark::State &state)
+{
+    const int ms = static_cast<int>(state.range(0));
+    std::vector<double> latencyUs;
+    long long dry = 0, steps = 0, lateUs = 0;
+    int32_t counted = 0;
+    for (auto _ : state) {
+        QProcess emu;
+        emu.setProgram(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-emulator"));
+        emu.start();
+        if (!emu.waitForStarted(5000) || !emu.waitForReadyRead(5000)) {
+            state.SkipWithError("brantok-emulator did not start");
+            return;
+        }
+        const QByteArray path = emu.readLine().trimmed();
+        QTemporaryDir dir;
+        qputenv("BRANTOK_STORE", (dir.path() + QStringLiteral("/Brantok.conf")).toLocal8Bit());
+        qputenv("BRANTOK_COM1", path);
+        qputenv("BRANTOK_ASSUME_DSR", "1");
+        InstallSerialDevices();
+        linkHooks().showSkull = [] { frmSkull.chkOffline = true; frmSkull_cmdOk_Click(); };
+        RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM1"));
+        gblnOnline = true;
+        SetupComms();
+        if (!gblnOnline || !comSerial()) {
+            state.SkipWithError("the link did not come up");
+            return;
+        }
+        int64_t lastArrival = 0;
+        QObject::connect(comSerial(), &SerialPort::received, comSerial(), [&] { lastArrival = steadyNs(); });
+        int16_t lastOut = 0;
+        SetPumpHook([&] {
+            if (gintBuffersOut > lastOut && lastArrival != 0) {
+                latencyUs.push_back(static_cast<double>(steadyNs() - lastArrival) / 1000.0);
+                lastArrival = 0;
+            }
+            lastOut = gintBuffersOut;
+        });
+        FakeKeyState keys;
+        ScopedKeyState scoped(&keys);
+        gsngRapidSpeed = 700.0f;
+        gblnRapidUseDot = false;
+        glngPosX = 0;
+        keys.Press(VK_NUMPAD0);
+        keys.Press(VK_RIGHT);
+        QTimer::singleShot(ms, [&] { keys.ReleaseAll(); });
+        QTimer::singleShot(ms + 1500, [] { gblnKeyLoop = false; });
+        gblnKeyLoop = true;
+        KeyControl();
+        SetPumpHook({});
+        counted = glngPosX;
+        steps = StatusValue(emu, "pos");
+        dry = StatusValue(emu, "dry") - 1;   // the end of the move is no dry run
+        lateUs = StatusValue(emu, "late_max_us");
+        ResetComms();
+        emu.write("quit\n");
+        emu.waitForFinished(3000);
+    }
+    std::sort(latencyUs.begin(), latencyUs.end());
+    auto pct = [&](double p) {
+        if (latencyUs.empty())
+            return 0.0;
+        size_t i = static_cast<size_t>(p * static_cast<double>(latencyUs.size() - 1) + 0.5);
+        return latencyUs[i];
+    };
+    state.counters["p50_us"] = pct(0.50);
+    state.counters["p99_us"] = pct(0.99);
+    state.counters["max_us"] = latencyUs.empty() ? 0.0 : latencyUs.back();
+    state.counters["dry_runs"] = static_cast<double>(dry);
+    state.counters["frames"] = static_cast<double>(latencyUs.size());
+    state.counters["emu_late_max_us"] = static_cast<double>(lateUs);
+    state.counters["steps"] = static_cast<double>(steps);
+    state.counters["steps_ok"] = steps == counted ? 1 : 0;
+}
+BENCHMARK(BM_JogRapid)->Arg(8000)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

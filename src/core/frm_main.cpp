@@ -366,9 +366,10 @@ void FrmMain::Form_Resize()
         } catch (...) {
         }
     };
-    for (QWidget *p : std::initializer_list<QWidget *>{picMenu, picMethod, picKeyboard, picTools, picSetMill,
+    for (QWidget *p : std::initializer_list<QWidget *>{picMenu, picMethod, picKeyboard, picSetMill,
                                                       picOffset, picMachining, picBilletSize})
         step([&] { CentrePanel(p); });
+    step([&] { picTools->Centre(); });   // the tool page sizes itself to its grid first
     step([&] {
         QLabel *lbl = picHeader->lblHeader;
         lbl->move((picHeader->width() - lbl->width()) / 2, 0);

@@ -5,6 +5,8 @@
 #pragma once
 
 #include "core/main_panels.h"
+#include "link/keyboard_panel.h"
+#include "tools/tooldatapanel.h"
 #include "platform/forms.h"
 
 #include <QMainWindow>
@@ -50,7 +52,7 @@ public:
     PicMenu *picMenu;
     PicKeyboard *picKeyboard;
     PicSetMill *picSetMill;
-    PicTools *picTools;
+    ToolDataPanel *picTools;
     PicMachining *picMachining;
     PicOffset *picOffset;
     PicMethod *picMethod;
@@ -82,7 +84,6 @@ public:
     void picMenu_MouseMove();
     void tmrShowMenu_Timer();
     void tmrBook_Timer();
-    void cmdToolsOk_Click();
     void mnuOSettings_Click();
     void mnuTCalc_Click();
     void mnuHAbout_Click();

@@ -13,6 +13,7 @@
 #include "core/pending.h"
 #include "core/state.h"
 #include "link/spindle.h"
+#include "tools/toolgrid.h"
 #include "tools/tooltable.h"
 
 #include <QAction>
@@ -20,7 +21,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStatusBar>
-#include <QTableWidget>
 #include <QTextEdit>
 #include <QToolBar>
 
@@ -45,7 +45,9 @@ void FrmMain::buildPanels()
     picMenu = new PicMenu(client);
     picKeyboard = new PicKeyboard(client);
     picSetMill = new PicSetMill(client);
-    picTools = new PicTools(client);
+    picTools = new ToolDataPanel(client, [](int16_t intMode) { SetMode(intMode); });
+    picTools->setStyleSheet(QStringLiteral("#picTools { background: #ffffff; border: 1px solid #d5dbe1;"
+                                           " border-radius: 10px; }"));
     picMachining = new PicMachining(client);
     picOffset = new PicOffset(client);
     picMethod = new PicMethod(client);
@@ -60,9 +62,6 @@ void FrmMain::buildPanels()
         connect(e, &MenuEntry::gotFocus, this, [this](int i) { txtMenu_GotFocus(i); });
         connect(e, &MenuEntry::lostFocus, this, [this](int i) { txtMenu_LostFocus(i); });
     }
-    connect(picTools->cmdOk, &QPushButton::clicked, this, [this] { cmdToolsOk_Click(); });
-    connect(picKeyboard->picSpindleStart, &PictureButton::clicked, this, [] { picSpindleStart_Click(); });
-    connect(picKeyboard->picSpindleStop, &PictureButton::clicked, this, [] { picSpindleStop_Click(); });
 }
 
 void SetMode(int16_t intMode) try {
@@ -112,7 +111,7 @@ void SetMode(int16_t intMode) try {
         f->picSetMill->show();
         break;
     case 5:
-        ToolDataShow(f->picTools->grdTools);
+        ToolDataShow(*f->picTools->grdTools);
         f->picTools->show();
         break;
     case 6:
@@ -163,23 +162,9 @@ void ShowMachining() try {
     LogError("F1Mill", "ShowMachining");
 }
 
-void FrmMain::ShowToolData() try {
-    CentrePanel(picTools);
-    picTools->cmdEdit->setEnabled(false);
-    picTools->cmdDelete->setEnabled(false);
-    ToolGridSetup(picTools->grdTools);
-    SetMode(5);
-    picTools->grdTools->setCurrentCell(0, 0);
-} catch (...) {
-    LogError("frmMain", "ShowToolData");
-}
-
-void FrmMain::cmdToolsOk_Click() try {
-    ToolDataSave();
-    SetMode(1);
-} catch (...) {
-    LogError("frmMain", "cmdOk_Click");
-}
+// The tool page brings itself up: centred, Edit and Delete off, the grid built, mode 5,
+// the current cell at the heading's first cell. Its Done saves and calls SetMode(1).
+void FrmMain::ShowToolData() { picTools->ShowToolData(); }
 
 void FrmMain::MenuAction(const QString &strAction) try {
     gblnCancel = false;

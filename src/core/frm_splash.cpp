@@ -1,11 +1,13 @@
 #include "core/frm_splash.h"
 
 #include "link/comms.h"
+#include "link/keycontrol.h"
 
 #include "core/artwork.h"
 #include "core/f1mill.h"
 #include "core/frm_main.h"
 #include "core/logger.h"
+#include "core/state.h"
 #include "core/pending.h"
 #include "platform/keystate.h"
 
@@ -69,6 +71,7 @@ FrmSplash::FrmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
     tmrOnline = &::tmrOnline();   // the link's port watch, hosted here for the whole run
     tmrCaret = timer(50, true);
     connect(tmrShow, &QTimer::timeout, this, [] { tmrShow_Timer(); });
+    connect(tmrKeyControl, &QTimer::timeout, this, [this] { tmrKeyControl_Timer(); });
     connect(tmrKeyRelease, &QTimer::timeout, this, [this] { tmrKeyRelease_Timer(); });
     connect(tmrCaret, &QTimer::timeout, this, [this] { tmrCaret_Timer(); });
 }
@@ -87,6 +90,14 @@ void FrmSplash::Form_Load() try {
     tmrOnline->start();
 } catch (...) {
     LogError("frmSplash", "Form_Load");
+}
+
+void FrmSplash::tmrKeyControl_Timer() try {
+    tmrKeyControl->stop();
+    gblnKeyLoop = true;
+    KeyControl();
+} catch (...) {
+    LogError("frmSplash", "tmrKeyControl_Timer");
 }
 
 void FrmSplash::tmrKeyRelease_Timer() try {

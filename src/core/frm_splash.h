@@ -29,6 +29,7 @@ public:
     QTimer *tmrCaret;        // 50 ms one-shot: hides the caret of the main menu
 
     void Form_Load() override;
+    void tmrKeyControl_Timer();   // the manual key loop: returns when the manual screen ends
     void tmrKeyRelease_Timer();
     void tmrCaret_Timer();
 };

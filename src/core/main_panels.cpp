@@ -5,10 +5,8 @@
 #include "core/artwork.h"
 
 #include <QGroupBox>
-#include <QHeaderView>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QTableWidget>
 #include <QTextEdit>
 
 namespace {
@@ -52,43 +50,6 @@ QLabel *title(QWidget *parent, const char *name, const QString &text, int x, int
 
 } // namespace
 
-PicKeyboard::PicKeyboard(QWidget *parent) : QFrame(parent)
-{
-    card(this, "picKeyboard", QStringLiteral("Manual control"), 720, 440);
-    fraTask = named(new QGroupBox(QStringLiteral("Task"), this), "fraTask", QStringLiteral("Task"));
-    fraTask->setGeometry(16, 12, 330, 250);
-    rtbTask = readOnlyText(fraTask, "rtbTask", QStringLiteral("Task"));
-    rtbTask->setGeometry(10, 24, 310, 176);
-    cmdDone = named(new QPushButton(QStringLiteral("&Done"), fraTask), "cmdDone", QStringLiteral("Done"));
-    cmdDone->setGeometry(220, 208, 100, 32);
-    picPosition = named(new QFrame(this), "picPosition", QStringLiteral("Tool position"));
-    picPosition->setFocusPolicy(Qt::StrongFocus);
-    picPosition->setFrameShape(QFrame::StyledPanel);
-    picPosition->setGeometry(362, 12, 342, 250);
-    const char *axes[] = {"X", "Y", "Z", "All"};
-    for (int i = 0; i < 4; ++i) {
-        auto *b = named(new QPushButton(QStringLiteral("Reset ") + QString::fromLatin1(axes[i]), picPosition),
-                        "cmdReset", QStringLiteral("Reset ") + QString::fromLatin1(axes[i]));
-        b->setGeometry(240, 14 + i * 56, 90, 30);
-        b->setFocusPolicy(Qt::NoFocus);
-        cmdReset[static_cast<size_t>(i)] = b;
-    }
-    imgKeybd = named(new QLabel(this), "imgKeybd", QStringLiteral("The keys of the numeric keypad"));
-    imgKeybd->setGeometry(16, 274, 330, 150);
-    picSpindleStart = named(new PictureButton(this), "picSpindleStart", QStringLiteral("Start the spindle"));
-    picSpindleStart->setGeometry(380, 290, 52, 52);
-    picSpindleStop = named(new PictureButton(this), "picSpindleStop", QStringLiteral("Stop the spindle"));
-    picSpindleStop->setGeometry(440, 290, 52, 52);
-    picStartText = named(new QLabel(QStringLiteral("Spindle"), this), "picStartText", QStringLiteral("Spindle"));
-    picStartText->setGeometry(500, 290, 200, 52);
-    picStopped = named(new QFrame(this), "picStopped", QStringLiteral("Warning"));
-    picStopped->setGeometry(380, 352, 324, 72);
-    lblStopped = named(new QLabel(picStopped), "lblStopped", QStringLiteral("Warning"));
-    lblStopped->setWordWrap(true);
-    lblStopped->setGeometry(0, 0, 324, 72);
-    picStopped->hide();
-}
-
 PicSetMill::PicSetMill(QWidget *parent) : QFrame(parent)
 {
     card(this, "picSetMill", QStringLiteral("Machining set-up"), 540, 430);
@@ -108,36 +69,6 @@ PicSetMill::PicSetMill(QWidget *parent) : QFrame(parent)
     imgWait->setFixedSize(BookFrame(0).size());
     imgWait->move(picNav->width() - imgWait->width(), (picNav->height() - imgWait->height()) / 2);
     imgWait->hide();
-}
-
-PicTools::PicTools(QWidget *parent) : QFrame(parent)
-{
-    card(this, "picTools", QStringLiteral("Tool Data Table"), 580, 420);
-    lblTitle = title(this, "lblTitle", QStringLiteral("Tool Data Table"), 18, 10, 400);
-    const char *sorts[] = {"Number", "Type", "Diameter", "Offset"};
-    for (int i = 0; i < 4; ++i) {
-        auto *b = named(new QPushButton(QString::fromLatin1(sorts[i]), this), "cmdSort",
-                        QStringLiteral("Sort by ") + QString::fromLatin1(sorts[i]));
-        b->setGeometry(18 + i * 104, 44, 104, 26);
-        cmdSort[static_cast<size_t>(i)] = b;
-    }
-    grdTools = named(new QTableWidget(9, 4, this), "grdTools", QStringLiteral("Tools"));
-    grdTools->setGeometry(18, 70, 420, 9 * 30 + 4);
-    grdTools->verticalHeader()->setDefaultSectionSize(30);
-    grdTools->horizontalHeader()->hide();
-    grdTools->verticalHeader()->hide();
-    grdTools->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    for (int c = 0; c < 4; ++c)
-        grdTools->setColumnWidth(c, 104);
-    const std::pair<const char *, const char *> buttons[] = {
-        {"&Add", "cmdAdd"}, {"&Edit", "cmdEdit"}, {"De&lete", "cmdDelete"}, {"&Done", "cmdOk"}};
-    QPushButton **targets[] = {&cmdAdd, &cmdEdit, &cmdDelete, &cmdOk};
-    for (int i = 0; i < 4; ++i) {
-        QString caption = QString::fromLatin1(buttons[i].first);
-        auto *b = named(new QPushButton(caption, this), buttons[i].second, QString(caption).remove(u'&'));
-        b->setGeometry(456, i == 3 ? 366 : 70 + i * 44, 106, 32);
-        *targets[i] = b;
-    }
 }
 
 PicMachining::PicMachining(QWidget *parent) : QFrame(parent)

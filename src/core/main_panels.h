@@ -14,7 +14,6 @@
 class QGroupBox;
 class QProgressBar;
 class QPushButton;
-class QTableWidget;
 class QTextEdit;
 class QLineEdit;
 
@@ -73,24 +72,7 @@ protected:
     void mouseMoveEvent(QMouseEvent *e) override;
 };
 
-// Mode 2: manual control. The key loop, the position display and the task pages are
-// built by manual control; here are the controls the main window sets up.
-class PicKeyboard : public QFrame {
-public:
-    explicit PicKeyboard(QWidget *parent);
-    QGroupBox *fraTask;
-    QTextEdit *rtbTask;
-    QPushButton *cmdDone;
-    QString cmdDoneTag;                       // "Done": the token of a completed task
-    std::array<QPushButton *, 4> cmdReset{};  // by axis: 0 X, 1 Y, 2 Z, 3 all
-    QLabel *imgKeybd;
-    QFrame *picPosition;
-    PictureButton *picSpindleStart;
-    PictureButton *picSpindleStop;
-    QLabel *picStartText;
-    QFrame *picStopped;
-    QLabel *lblStopped;
-};
+// Mode 2: manual control is the manual screen's own panel (link/keyboard_panel.h).
 
 // Mode 3: the machining set-up wizard. The navigation strip carries the busy book.
 class PicSetMill : public QFrame {
@@ -103,18 +85,7 @@ public:
     std::array<QPushButton *, 3> cmdSetNav{};
 };
 
-// Mode 5: the tool table.
-class PicTools : public QFrame {
-public:
-    explicit PicTools(QWidget *parent);
-    QLabel *lblTitle;
-    QTableWidget *grdTools;
-    std::array<QPushButton *, 4> cmdSort{};
-    QPushButton *cmdAdd;
-    QPushButton *cmdEdit;
-    QPushButton *cmdDelete;
-    QPushButton *cmdOk;
-};
+// Mode 5: the tool table is the tool screens' own panel (tools/tooldatapanel.h).
 
 // Mode 6: the machining display.
 class PicMachining : public QFrame {

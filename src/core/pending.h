@@ -8,8 +8,6 @@
 
 #include <cstdint>
 
-class QTableWidget;
-
 // --- Recent files (replaced by the recent-files part).
 void MRUGetFileList();                                  // fills mnuMMru from the store
 void MRUSaveFileList();                                 // writes mnuMMru back
@@ -19,20 +17,16 @@ void mnuMMru_Click(int intIndex);                       // LaunchFile(its Tag, I
 void LaunchFile(const QString &strFile, int16_t intMRUIndex);   // into the set-up wizard
 void mnuTimport_Click();
 
-// --- Manual control (replaced by the manual-control part).
-void ShowKeyboard(bool blnSpindle);
-
 // --- Machining set-up wizard, offset wizard, billet help.
 void ShowSetMill();
 void SetSetStep(int16_t intStep);
 void ShowOffset();
 void SetOffStep(int16_t intStep);
+// The ways back from a wizard's task on the manual screen (-1: the task has ended).
+void ReturnToSetMill(int16_t intStep);
+void ReturnToOffset();
 void ShowBillet(const QString &strReturn);
 void ShowMethod();                                     // after a run: the subsequent-part screen
-
-// --- Tool table screens (replaced by the tool screens part).
-void ToolGridSetup(QTableWidget *grd);
-void ToolDataShow(QTableWidget *grd);
 
 // --- Code editor (replaced by the code editor part).
 void ShowCodeEditor();                                  // frmCNCEdit, modal

@@ -160,7 +160,9 @@ double Val(const QString &text)
     return v;
 }
 
-QString Format000(double x)
+QString Format000(double x) { return FormatFixed(x, 3); }
+
+QString FormatFixed(double x, int decimals)
 {
     if (!std::isfinite(x))
         return QString::number(x);
@@ -175,8 +177,8 @@ QString Format000(double x)
     int dot = digits.indexOf('.');
     QByteArray intPart = digits.left(dot);
     QByteArray frac = digits.mid(dot + 1);
-    QByteArray keep = frac.left(3);
-    bool up = frac.size() > 3 && frac[3] >= '5';
+    QByteArray keep = frac.left(decimals);
+    bool up = frac.size() > decimals && frac[decimals] >= '5';
     QByteArray all = intPart + keep;
     if (up) {
         int k = static_cast<int>(all.size()) - 1;
@@ -192,11 +194,11 @@ QString Format000(double x)
         if (k < 0)
             all.prepend('1');
     }
-    QByteArray ip = all.left(all.size() - 3);
-    QByteArray fp = all.right(3);
+    QByteArray ip = all.left(all.size() - decimals);
+    QByteArray fp = all.right(decimals);
     while (ip.size() > 1 && ip[0] == '0')
         ip.remove(0, 1);
-    bool zero = ip == "0" && fp == "000";
+    bool zero = ip == "0" && fp == QByteArray(decimals, '0');
     QString out = QString::fromLatin1(ip + '.' + fp);
     return (x < 0 && !zero) ? QStringLiteral("-") + out : out;
 }

@@ -77,6 +77,8 @@ double Val(const QString &text);
 // Format(x, "0.000"): three decimals, halves away from zero on the exact value;
 // a result that rounds to zero is shown without a sign.
 QString Format000(double x);
+// The same with 1 to 6 decimals: Format(x, "0.00") is FormatFixed(x, 2).
+QString FormatFixed(double x, int decimals);
 // Format(n, "00") and Format(n, "000"): at least two / three digits.
 QString Format00(int64_t n);
 QString Format000i(int64_t n);

@@ -5,10 +5,16 @@ list(APPEND CORE_SOURCES
     src/link/comms.cpp
     src/link/spindle.cpp
     src/link/stream.cpp
+
+    src/link/keycontrol.cpp
 )
 list(APPEND UI_SOURCES
     src/link/frm_skull.h
     src/link/frm_skull.cpp
     src/link/machining_screen.h
     src/link/machining_screen.cpp
+
+    src/link/keyboard_panel.h
+    src/link/keyboard_panel.cpp
+    src/link/keyboard_art.cpp
 )

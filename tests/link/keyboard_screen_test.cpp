@@ -1,0 +1,161 @@
+// The manual screen in the main window: ShowKeyboard, the loop started by frmSplash's timer,
+// Done, the spindle controls, and the way back.
+#include "core/ui_fixture.h"
+
+#include "core/frm_splash.h"
+#include "link/keyboard_panel.h"
+#include "link/keycontrol.h"
+#include "link/link_screen.h"
+#include "platform/keystate.h"
+
+#include <QAction>
+#include <QGroupBox>
+#include <QPushButton>
+
+namespace {
+
+class ManualScreen : public UiTest {
+protected:
+    void SetUp() override
+    {
+        UiTest::SetUp();
+        ResetKeyControl();
+        gSpindleControls = SpindleControls();
+        f = frmMain();
+        f->tmrShowMenu->stop();   // its tick would bring the menu back over the screen under test
+        SetMode(1);
+    }
+    void TearDown() override
+    {
+        SetPumpHook({});
+        UiTest::TearDown();
+        ResetKeyControl();
+    }
+    FrmMain *f = nullptr;
+    FakeKeyState keys;
+    ScopedKeyState scoped{&keys};
+};
+
+TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
+{
+    gsngRapidSpeed = 500.0f;
+    glngPosX = 72;
+    f->MenuAction(QStringLiteral("Keyboard"));
+    PicKeyboard *k = f->picKeyboard;
+    EXPECT_EQ(gintMode, 2);
+    EXPECT_FALSE(k->isHidden());
+    EXPECT_TRUE(k->fraTask->isHidden());   // free control: no task
+    EXPECT_TRUE(frmSplash()->tmrKeyControl->isActive());
+    EXPECT_EQ(k->lblPos[0]->text(), QStringLiteral("1.00"));
+    EXPECT_EQ(k->lblPos[1]->text(), QStringLiteral("0.00"));
+    EXPECT_EQ(k->imgKeybd->pixmap().toImage(),
+              ilsKeypad(gblnRapidUseDot ? QStringLiteral("NumpadDot") : QStringLiteral("Numpad")).toImage());
+    EXPECT_FALSE(k->picStartText->isHidden());
+    EXPECT_TRUE(f->mnuMStart->isEnabled());
+    EXPECT_FALSE(f->mnuMStop->isEnabled());
+
+    bool lit = false, spindleShown = false;
+    QString speed;
+    int n = 0;
+    SetPumpHook([&] {
+        ++n;
+        if (n == 5)
+            gblnSpindleStartReq = true;
+        if (n == 20) {
+            spindleShown = !k->picSpindleStart->isEnabled() && f->mnuMStop->isEnabled();
+            keys.Press(VK_RIGHT);
+            keys.Press(VK_NUMPAD7);
+        }
+        if (n == 200) {
+            lit = !k->imgArrows[0]->isHidden() && k->imgArrows[1]->isHidden();
+            speed = k->lblSpeed[0]->isHidden() ? QString() : k->lblSpeed[0]->text();
+            keys.ReleaseAll();
+        }
+        // Done once the machine stands and the position has been written (or much later).
+        if ((n > 200 && k->lblPos[0]->text() != QLatin1String("1.00")) || n == 200000)
+            k->cmdDone->click();
+    });
+    frmSplash()->tmrKeyControl_Timer();   // the tick, without waiting for it
+    SetPumpHook({});
+    EXPECT_FALSE(gblnKeyLoop);
+    EXPECT_EQ(k->cmdDoneTag, QStringLiteral("Done"));
+    EXPECT_TRUE(spindleShown);
+    EXPECT_TRUE(lit);
+    EXPECT_EQ(speed, QStringLiteral("70"));
+    EXPECT_GT(glngPosX, 72);
+    EXPECT_EQ(k->lblPos[0]->text(), strDistanceLabel(glngDisplayX));
+    EXPECT_TRUE(k->imgArrows[0]->isHidden());
+    // The spindle stops with the loop; free control ends through the wizard's step 10,
+    // which leads to the menu.
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_TRUE(k->picSpindleStart->isEnabled());
+    EXPECT_EQ(gintMode, 1);
+}
+
+TEST_F(ManualScreen, WithoutSpindleTheControlsAreHiddenAndTheMenuEntriesOff)
+{
+    gblnRapidUseDot = !gblnRapidUseDot;
+    ShowKeyboard(false);
+    PicKeyboard *k = f->picKeyboard;
+    EXPECT_TRUE(k->picStartText->isHidden());
+    EXPECT_TRUE(k->picSpindleStart->isHidden());
+    EXPECT_TRUE(k->picSpindleStop->isHidden());
+    EXPECT_FALSE(f->mnuMStart->isEnabled());
+    EXPECT_FALSE(f->mnuMStop->isEnabled());
+    EXPECT_EQ(k->imgKeybd->pixmap().toImage(),
+              ilsKeypad(gblnRapidUseDot ? QStringLiteral("NumpadDot") : QStringLiteral("Numpad")).toImage());
+    EXPECT_NE(ilsKeypad(QStringLiteral("NumpadDot")).toImage(), ilsKeypad(QStringLiteral("Numpad")).toImage());
+    frmSplash()->tmrKeyControl->stop();
+}
+
+TEST_F(ManualScreen, ATaskEndedGoesBackToItsWizardAndHidesTheTask)
+{
+    ShowKeyboard(true);
+    frmSplash()->tmrKeyControl->stop();
+    PicKeyboard *k = f->picKeyboard;
+    k->fraTask->show();
+    gblnSetupWizard = true;
+    gblnKeyLoop = false;
+    KeyControl();   // the loop ends at once, as after Done
+    EXPECT_TRUE(k->fraTask->isHidden());
+    EXPECT_EQ(gintMode, 1);   // the wizard's way back, as far as it exists
+}
+
+TEST_F(ManualScreen, DoneWaitsForEnterToComeUpAndTheResetButtonsWork)
+{
+    ShowKeyboard(true);
+    frmSplash()->tmrKeyControl->stop();
+    PicKeyboard *k = f->picKeyboard;
+    keys.Press(VK_RETURN);
+    int looks = 0;
+    keys.onQuery = [&](int vk) {
+        if (vk == VK_RETURN && ++looks == 3)
+            keys.Release(VK_RETURN);
+    };
+    gblnKeyLoop = true;
+    k->cmdDone_Click();
+    EXPECT_GE(looks, 3);
+    EXPECT_FALSE(gblnKeyLoop);
+    keys.onQuery = nullptr;
+    DistanceSet(2, 720);
+    EXPECT_EQ(k->lblPos[2]->text(), QStringLiteral("10.00"));
+    k->cmdReset[2]->click();
+    EXPECT_EQ(k->lblPos[2]->text(), QStringLiteral("0.00"));
+    EXPECT_EQ(glngDisplayZ, 0);
+}
+
+TEST_F(ManualScreen, EveryControlHasAnAccessibleName)
+{
+    // Every control is made with a name; the unnamed and "qt_" ones are parts of Qt's own
+    // controls (the text box's scroll bars).
+    int named = 0;
+    for (QWidget *w : f->picKeyboard->findChildren<QWidget *>()) {
+        if (w->objectName().isEmpty() || w->objectName().startsWith(QLatin1String("qt_")))
+            continue;
+        ++named;
+        EXPECT_FALSE(w->accessibleName().isEmpty()) << w->objectName().toStdString();
+    }
+    EXPECT_GT(named, 40);
+}
+
+} // namespace

@@ -1,0 +1,422 @@
+// The manual key loop against the controller emulator on a fake clock, with fake keys:
+// what moves for which keys, the rapid's ramp, the single step, the play on the display,
+// the door, the two-frame limit, and what the controller really did.
+#include "link/link_world.h"
+
+#include "core/msgbox.h"
+#include "link/keycontrol.h"
+#include "link/spindle.h"
+#include "nc/stepcode.h"
+#include "platform/eventkeystate.h"
+#include "platform/keystate.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <vector>
+
+namespace {
+
+// A jog session: the emulator online, keys that the test holds, and actions at given times
+// (ms from the start of the loop). The loop ends at the given time, as Done would end it.
+struct Jog {
+    LinkWorld w;
+    FakeKeyState keys;
+    ScopedKeyState scoped{&keys};
+    std::multimap<int64_t, std::function<void()>> at;
+    int maxOut = 0;
+    int loopEnds = 0;
+
+    explicit Jog(int16_t backlashX = 0, bool online = true)
+    {
+        gintBacklashX = backlashX;
+        gsngRapidSpeed = 500.0f;
+        ResetStepState();
+        ResetKeyControl();
+        if (online)
+            w.goOnline();
+        keyboardHooks().loopEnded = [this] { ++loopEnds; };
+    }
+    ~Jog() { ResetKeyControl(); }
+
+    void hold(std::initializer_list<int> vks)
+    {
+        for (int vk : vks)
+            keys.Press(vk);
+    }
+    void run(int64_t ms)
+    {
+        const int64_t start = w.clock.msecs();
+        const int id = w.clock.addListener([this, start, ms](int64_t nowNs) {
+            maxOut = std::max<int>(maxOut, gintBuffersOut);
+            const int64_t t = nowNs / 1000000 - start;
+            while (!at.empty() && at.begin()->first <= t) {
+                auto f = at.begin()->second;
+                at.erase(at.begin());
+                f();
+            }
+            if (t >= ms)
+                gblnKeyLoop = false;
+        });
+        gblnKeyLoop = true;
+        KeyControl();
+        w.clock.removeListener(id);
+    }
+    ControllerEmulator &emu() { return w.emu->controller(); }
+    // The frames the controller was sent, each without its length byte.
+    std::vector<QByteArray> frames()
+    {
+        std::vector<QByteArray> out;
+        const QByteArray &all = w.emu->written();
+        for (qsizetype i = 0; i < all.size();) {
+            const int len = static_cast<uint8_t>(all[i]);
+            out.push_back(all.mid(i + 1, len - 1));
+            i += len;
+        }
+        return out;
+    }
+    // Every run: never more than two frames out, none lost, and the controller made
+    // exactly the steps the position counts.
+    void expectSound()
+    {
+        EXPECT_LE(maxOut, 2);
+        EXPECT_LE(emu().maxFramesHeld(), 2);
+        EXPECT_EQ(emu().overflows(), 0);
+        EXPECT_EQ(gintBuffersOut, 0);
+        EXPECT_EQ(emu().posX(), glngPosX);
+        EXPECT_EQ(emu().posY(), glngPosY);
+        EXPECT_EQ(emu().posZ(), glngPosZ);
+        EXPECT_EQ(loopEnds, 1);
+    }
+};
+
+int Sign(int64_t v) { return v > 0 ? 1 : (v < 0 ? -1 : 0); }
+
+struct KeyCase {
+    const char *name;
+    std::vector<int> keys;
+    bool blnRapidUseDot;
+    int dirX, dirY, dirZ;   // the way each axis went (0: it didn't move)
+    int exactSteps;         // steps on the moving axis when exact (-1: any number)
+    const char *speedLabel; // the speed shown while held ("" hidden)
+};
+
+const KeyCase kKeyCases[] = {
+    {"RightAndLeftMoveRight", {VK_RIGHT, VK_LEFT, VK_NUMPAD5}, false, 1, 0, 0, -1, "50"},
+    {"UpWinsOverDown", {VK_UP, VK_DOWN, VK_NUMPAD3}, false, 0, 1, 0, -1, "30"},
+    {"PageUpWinsOverPageDown", {VK_PRIOR, VK_NEXT, VK_NUMPAD9}, false, 0, 0, 1, -1, "90"},
+    {"DiagonalAtASpeed", {VK_LEFT, VK_DOWN, VK_NUMPAD2}, false, -1, -1, 0, -1, "20"},
+    {"SpeedTenGoesOutAsTwelve", {VK_NEXT, VK_NUMPAD1}, false, 0, 0, -1, -1, "10"},
+    {"RapidWithRightAndUpMovesXOnly", {VK_NUMPAD0, VK_RIGHT, VK_UP}, false, 1, 0, 0, -1, "500"},
+    {"RapidTakesTheFirstAxisHeld", {VK_NUMPAD0, VK_UP, VK_PRIOR}, false, 0, 1, 0, -1, "500"},
+    {"Numpad0WithFiveIsRapidOnly", {VK_NUMPAD0, VK_NUMPAD5, VK_LEFT}, false, -1, 0, 0, -1, "500"},
+    {"SpeedKeyAloneMovesNothing", {VK_NUMPAD5}, false, 0, 0, 0, 0, ""},
+    {"ArrowAloneIsOneSingleStep", {VK_LEFT}, false, -1, 0, 0, 1, ""},
+    {"Numpad0WithoutTheDotIsNeitherRapidNorSpeed", {VK_NUMPAD0, VK_RIGHT}, true, 1, 0, 0, 1, ""},
+    {"Numpad0AndTheDotAreRapid", {VK_NUMPAD0, VK_DECIMAL, VK_RIGHT}, true, 1, 0, 0, -1, "500"},
+};
+
+class Keys : public ::testing::TestWithParam<KeyCase> {};
+
+TEST_P(Keys, MoveWhatTheTablesSay)
+{
+    const KeyCase &c = GetParam();
+    Jog j;
+    gblnRapidUseDot = c.blnRapidUseDot;
+    std::array<bool, 6> lamps{};
+    QString label;
+    bool labelShown = false;
+    j.at.emplace(10, [&] {
+        for (int vk : c.keys)
+            j.keys.Press(vk);
+    });
+    j.at.emplace(600, [&] {
+        lamps = gKeyboard.imgArrows;
+        label = gKeyboard.lblSpeed;
+        for (bool v : gKeyboard.lblSpeedVisible)
+            labelShown = labelShown || v;
+        j.keys.ReleaseAll();
+    });
+    j.run(1200);
+    j.expectSound();
+    EXPECT_EQ(Sign(glngPosX), c.dirX);
+    EXPECT_EQ(Sign(glngPosY), c.dirY);
+    EXPECT_EQ(Sign(glngPosZ), c.dirZ);
+    if (c.exactSteps >= 0) {
+        EXPECT_EQ(std::abs(glngPosX) + std::abs(glngPosY) + std::abs(glngPosZ), c.exactSteps);
+    }
+    // The lamps of the directions that moved were on; the speed was shown beside them.
+    const int dirs[3] = {c.dirX, c.dirY, c.dirZ};
+    for (int axis = 0; axis < 3; ++axis) {
+        EXPECT_EQ(lamps[static_cast<size_t>(axis * 2)], dirs[axis] > 0) << "axis " << axis;
+        EXPECT_EQ(lamps[static_cast<size_t>(axis * 2 + 1)], dirs[axis] < 0) << "axis " << axis;
+    }
+    EXPECT_EQ(labelShown, *c.speedLabel != 0);
+    if (*c.speedLabel) {
+        EXPECT_EQ(label, QString::fromLatin1(c.speedLabel));
+    }
+    // Let go: lamps and labels off, the position written.
+    for (size_t i = 0; i < 6; ++i) {
+        EXPECT_FALSE(gKeyboard.imgArrows[i]);
+        EXPECT_FALSE(gKeyboard.lblSpeedVisible[i]);
+    }
+    EXPECT_EQ(gKeyboard.lblPos[0], strDistanceLabel(glngDisplayX));
+    EXPECT_EQ(gKeyboard.lblPos[1], strDistanceLabel(glngDisplayY));
+    EXPECT_EQ(gKeyboard.lblPos[2], strDistanceLabel(glngDisplayZ));
+    if (c.exactSteps == 0) {
+        EXPECT_EQ(j.emu().framesReceived(), 0);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(KeyControl, Keys, ::testing::ValuesIn(kKeyCases),
+                         [](const auto &info) { return std::string(info.param.name); });
+
+// Each step's timer in a frame record (the record carries the timer of the step before it).
+std::vector<int> Timers(const QByteArray &frame)
+{
+    std::vector<int> t;
+    for (qsizetype i = 0; i + 3 <= frame.size(); i += 3)
+        t.push_back(static_cast<uint8_t>(frame[i + 1]) + 256 * static_cast<uint8_t>(frame[i + 2]));
+    return t;
+}
+
+TEST(KeyControl, ReleasingRapidWhileHoldingTheArrowRampsDownThenOneSingleStep)
+{
+    Jog j;
+    j.hold({VK_NUMPAD0, VK_RIGHT});
+    int32_t atRelease = 0;
+    size_t framesAtRelease = 0;
+    j.at.emplace(1500, [&] {
+        EXPECT_EQ(gsngRampSpeed, 500.0f);   // at speed
+        atRelease = glngPosX;
+        j.keys.Release(VK_NUMPAD0);
+        framesAtRelease = static_cast<size_t>(j.emu().framesReceived() + gintBuffersOut);
+    });
+    j.run(3500);   // the arrow stays held to the end
+    j.expectSound();
+    EXPECT_EQ(gsngRampSpeed, 0.0f);
+    // 63 steps of the ramp down (500 / 64 off each, the 64th reaches rest), then one step.
+    EXPECT_EQ(glngPosX - atRelease, 64);
+    const std::vector<QByteArray> all = j.frames();
+    ASSERT_GT(all.size(), framesAtRelease + 2);
+    EXPECT_EQ(all.back().size(), 3);   // the single step, alone in its frame
+    // The ramp-down frames get slower step by step (larger count-up time = larger step time
+    // means a smaller timer value).
+    std::vector<int> down;
+    for (size_t i = framesAtRelease; i + 1 < all.size(); ++i)
+        for (int t : Timers(all[i]))
+            down.push_back(t);
+    ASSERT_FALSE(down.empty());
+    for (size_t i = 1; i < down.size(); ++i)
+        EXPECT_LE(down[i], down[i - 1]) << i;
+    // The ramp up took as many steps as the ramp down: 64 from rest to speed.
+    EXPECT_GT(atRelease, 64);
+}
+
+TEST(KeyControl, RapidThatChangesAxisRampsDownFirst)
+{
+    Jog j;
+    j.hold({VK_NUMPAD0, VK_RIGHT});
+    int32_t xAtTurn = 0;
+    j.at.emplace(1200, [&] {
+        xAtTurn = glngPosX;
+        j.keys.Release(VK_RIGHT);
+        j.keys.Press(VK_UP);
+    });
+    j.run(2500);
+    j.expectSound();
+    EXPECT_EQ(glngPosX - xAtTurn, 63);   // X ramps down to rest
+    EXPECT_GT(glngPosY, 0);              // and then Y takes off from rest
+}
+
+TEST(KeyControl, BacklashFiveLeavesTheDisplayStillForFiveStepsAfterAReversal)
+{
+    Jog j(5);
+    // After the reset the play lies to the positive side: moving left counts at once.
+    j.at.emplace(10, [&] { j.hold({VK_LEFT, VK_NUMPAD1}); });
+    j.at.emplace(400, [&] { j.keys.ReleaseAll(); });
+    int32_t posAtTurn = 0, shownAtTurn = 0;
+    j.at.emplace(600, [&] {
+        posAtTurn = glngPosX;
+        shownAtTurn = glngDisplayX;
+        j.hold({VK_RIGHT, VK_NUMPAD1});
+    });
+    j.at.emplace(1000, [&] { j.keys.ReleaseAll(); });
+    j.run(1300);
+    j.expectSound();
+    EXPECT_LT(posAtTurn, 0);
+    EXPECT_EQ(shownAtTurn, posAtTurn);
+    const int32_t right = glngPosX - posAtTurn;
+    ASSERT_GT(right, 5);
+    EXPECT_EQ(glngDisplayX - shownAtTurn, right - 5);
+    EXPECT_EQ(gKeyboard.lblPos[0], strDistanceLabel(glngDisplayX));
+
+    // Step by step: the first five steps after the reversal don't move the display.
+    gintKeyDirX = -1;
+    int32_t shown = glngDisplayX;
+    for (int i = 1; i <= 7; ++i) {
+        PositionUpdate(-1, 0, 0);
+        EXPECT_EQ(glngDisplayX, i <= 5 ? shown : shown - (i - 5)) << i;
+    }
+}
+
+TEST(KeyControl, PlayModelTable)
+{
+    struct Row { int16_t backlash, play, lastDir, dir, steps; int32_t pos; int16_t playAfter, lastAfter; };
+    const Row rows[] = {
+        {5, 5, 1, 0, 3, 100, 5, 1},     // no direction: nothing changes
+        {5, 5, 1, 1, 3, 103, 5, 1},     // same way, play taken up: every step counts
+        {5, 5, 1, -1, 3, 100, 3, -1},   // reversal: three of five steps of play
+        {5, 3, -1, -1, 3, 99, 5, -1},   // the last two of the play, then one step
+        {5, 3, -1, 1, 1, 100, 3, 1},    // back again before the play was gone: slack 3
+        {0, 0, 1, -1, 2, 98, 0, -1},    // no backlash: every step counts
+    };
+    for (const Row &r : rows) {
+        int16_t play = r.play, last = r.lastDir;
+        EXPECT_EQ(lngKeyboardPos(100, r.backlash, play, last, r.dir, r.steps), r.pos);
+        EXPECT_EQ(play, r.playAfter);
+        EXPECT_EQ(last, r.lastAfter);
+    }
+}
+
+TEST(KeyControl, DoorOpenKeepsTheKeysDeadUntilTheMessageIsAcknowledgedAndTheDoorClosed)
+{
+    Jog j;
+    SpindleStart();
+    ASSERT_TRUE(gblnSpindleOn);
+    const int64_t framesBefore = j.emu().framesReceived();
+    // The operator holds Right at a speed the moment the door opens.
+    auto panel = linkHooks().setPanel;
+    linkHooks().setPanel = [&, panel](const QString &k, const QString &t) {
+        panel(k, t);
+        if (t == QLatin1String("Door Open"))
+            j.hold({VK_RIGHT, VK_NUMPAD5});
+    };
+    std::vector<ShownBox> boxes;
+    int64_t framesAtBox = -1;
+    uiHooks().messageBox = [&](const QString &text, int32_t flags, const QString &title) -> int16_t {
+        boxes.push_back({text, flags, title});
+        framesAtBox = j.emu().framesReceived();
+        EXPECT_EQ(glngPosX, 0);
+        // The operator closes the door before answering.
+        j.emu().closeDoor();
+        j.w.run(5);
+        EXPECT_FALSE(gblnDoorOpen);
+        return vbOK;
+    };
+    j.at.emplace(50, [&] { j.emu().openDoor(); });
+    j.run(800);
+    // The spindle stop went out before the jog; the box came with nothing else sent.
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text, QStringLiteral("The spindle has been stopped because the door was opened"));
+    EXPECT_EQ(boxes[0].title, QStringLiteral("Door Status"));
+    EXPECT_EQ(boxes[0].flags, vbExclamation);
+    EXPECT_EQ(framesAtBox, framesBefore);
+    EXPECT_FALSE(gblnDoorStopped);
+    EXPECT_FALSE(gblnSpindleOn);
+    // Acknowledged with the door closed: the keys move again.
+    EXPECT_GT(glngPosX, 1);
+    j.expectSound();
+}
+
+TEST(KeyControl, SpindleRequestsAreServedWithTheLineQuiet)
+{
+    Jog j;
+    j.hold({VK_RIGHT, VK_NUMPAD9});
+    j.at.emplace(200, [&] { gblnSpindleStartReq = true; });
+    // At 90 mm/min a frame of 10 steps runs 93 ms: the start waits for both frames out.
+    j.at.emplace(700, [&] { gblnSpindleStopReq = true; });
+    bool onAt600 = false;
+    int32_t xAt600 = 0;
+    j.at.emplace(600, [&] {
+        onAt600 = j.emu().spindleOn();
+        xAt600 = glngPosX;
+    });
+    j.at.emplace(1000, [&] { j.keys.ReleaseAll(); });
+    j.run(1200);
+    j.expectSound();
+    EXPECT_TRUE(onAt600);
+    EXPECT_GT(glngPosX, xAt600);   // the jog goes on after the start
+    EXPECT_FALSE(j.emu().spindleOn());
+    EXPECT_FALSE(gblnSpindleStartReq);
+    EXPECT_FALSE(gblnSpindleStopReq);
+    EXPECT_EQ(j.emu().spindleRecords(), 2);
+}
+
+TEST(KeyControl, OfflineCountsTheStepsThatWereNotSent)
+{
+    Jog j(0, false);
+    j.hold({VK_UP, VK_NUMPAD4});
+    j.at.emplace(300, [&] { j.keys.ReleaseAll(); });
+    j.run(400);
+    // 40 mm/min for 0.3 s is 14.4 steps: the rehearsal counts at the machine's pace.
+    EXPECT_GE(glngPosY, 10);
+    EXPECT_LE(glngPosY, 25);
+    EXPECT_EQ(gintBuffersOut, 0);
+    EXPECT_EQ(j.loopEnds, 1);
+    EXPECT_EQ(gKeyboard.lblPos[1], strDistanceLabel(glngDisplayY));
+}
+
+TEST(KeyControl, ResetButtonsZeroTheShownPositionOnly)
+{
+    ResetKeyControl();
+    int calls = 0;
+    keyboardHooks().positionsChanged = [&] { ++calls; };
+    glngPosX = 144;
+    DistanceSet(0, 144);
+    DistanceSet(1, -36);
+    DistanceSet(2, 7);
+    EXPECT_EQ(gKeyboard.lblPos[0], QStringLiteral("2.00"));
+    EXPECT_EQ(gKeyboard.lblPos[1], QStringLiteral("-0.50"));
+    EXPECT_EQ(gKeyboard.lblPos[2], QStringLiteral("0.10"));
+    DistanceReset(1);
+    EXPECT_EQ(glngDisplayY, 0);
+    EXPECT_EQ(gKeyboard.lblPos[1], QStringLiteral("0.00"));
+    EXPECT_EQ(glngDisplayX, 144);
+    DistanceReset(3);
+    EXPECT_EQ(glngDisplayX, 0);
+    EXPECT_EQ(glngDisplayZ, 0);
+    EXPECT_EQ(glngPosX, 144);   // the machine position is not the display
+    EXPECT_EQ(calls, 5);
+    glngPosX = 0;
+    ResetKeyControl();
+}
+
+// The program's own key state: a key held while the program loses the focus is released at
+// the other window, which the program never hears. The deactivation clears it.
+TEST(KeyControl, AKeyReleasedWhileTheWindowIsInactiveStopsTheMotion)
+{
+    Jog j;
+    EventKeyState real(false, KeymapReader(), nullptr);
+    ScopedKeyState scoped(&real);
+    QWidget window;
+    auto send = [&](int qtKey, Qt::KeyboardModifiers mods, quint32 scan) {
+        QKeyEvent e(QEvent::KeyPress, qtKey, mods, scan, 0, 0);
+        QCoreApplication::sendEvent(&window, &e);
+    };
+    j.at.emplace(10, [&] {
+        send(Qt::Key_Right, Qt::NoModifier, 114);
+        send(Qt::Key_5, Qt::KeypadModifier, 84);
+    });
+    bool movingBefore = false;
+    j.at.emplace(300, [&] {
+        movingBefore = gKeyboard.imgArrows[0] && KeyIsDown(VK_RIGHT);
+        QApplicationStateChangeEvent e(Qt::ApplicationInactive);
+        QCoreApplication::sendEvent(qApp, &e);
+    });
+    int32_t settled = 0;
+    j.at.emplace(400, [&] { settled = glngPosX; });
+    j.run(1000);
+    j.expectSound();
+    EXPECT_TRUE(movingBefore);
+    EXPECT_FALSE(KeyIsDown(VK_RIGHT));
+    EXPECT_GT(settled, 0);
+    EXPECT_EQ(glngPosX, settled);
+    EXPECT_FALSE(gKeyboard.imgArrows[0]);
+}
+
+} // namespace
