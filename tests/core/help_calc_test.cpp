@@ -49,33 +49,30 @@ protected:
     std::function<bool(const QString &)> oldStart;
 };
 
-TEST_F(Calculator, StartsTheFirstInstalledInOrder)
+// The first installed calculator in the program's order that starts; none: the operator is told.
+TEST_F(Calculator, FirstThatStartsOrAMessage)
 {
-    ScriptedBoxes boxes;
-    installed = {QStringLiteral("xcalc"), QStringLiteral("kcalc")};
-    StartCalculator();
-    EXPECT_EQ(started, QStringList{QStringLiteral("/usr/bin/kcalc")});
-    EXPECT_TRUE(boxes.shown().empty());
-}
-
-TEST_F(Calculator, OneThatWontStartGivesWayToTheNext)
-{
-    ScriptedBoxes boxes;
-    installed = {QStringLiteral("gnome-calculator"), QStringLiteral("xcalc")};
-    broken = {QStringLiteral("/usr/bin/gnome-calculator")};
-    StartCalculator();
-    EXPECT_EQ(started, (QStringList{"/usr/bin/gnome-calculator", "/usr/bin/xcalc"}));
-    EXPECT_TRUE(boxes.shown().empty());
-}
-
-TEST_F(Calculator, NoneInstalledSaysSo)
-{
-    ScriptedBoxes boxes;
-    StartCalculator();
-    EXPECT_TRUE(started.isEmpty());
-    ASSERT_EQ(boxes.shown().size(), 1u);
-    EXPECT_TRUE(boxes.last().text.startsWith(QStringLiteral("No calculator was found")));
-    EXPECT_EQ(boxes.last().title, QStringLiteral("Calculator"));
+    struct Case { QStringList installed, broken, started; bool told; };
+    const Case cases[] = {
+        {{"xcalc", "kcalc"}, {}, {"/usr/bin/kcalc"}, false},
+        {{"gnome-calculator", "xcalc"}, {"/usr/bin/gnome-calculator"},
+         {"/usr/bin/gnome-calculator", "/usr/bin/xcalc"}, false},
+        {{}, {}, {}, true},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.installed.join(u' ').toStdString());
+        ScriptedBoxes boxes;
+        installed = c.installed;
+        broken = c.broken;
+        started.clear();
+        StartCalculator();
+        EXPECT_EQ(started, c.started);
+        ASSERT_EQ(boxes.shown().size(), c.told ? 1u : 0u);
+        if (c.told) {
+            EXPECT_TRUE(boxes.last().text.startsWith(QStringLiteral("No calculator was found")));
+            EXPECT_EQ(boxes.last().title, QStringLiteral("Calculator"));
+        }
+    }
 }
 
 } // namespace

@@ -42,11 +42,9 @@ TEST(ErrorTrap, OnlyTheFirstReportCountsOnTheWayOut)
     EXPECT_TRUE(trap.report().contains(QStringLiteral("F1Mill / faultingProcedure")));
 }
 
-TEST(ErrorTrap, NumberZeroLeavesOutTheSeparatorAndStopIconIsUsed)
+TEST(ErrorTrap, NumberZeroLeavesOutTheSeparator)
 {
     TrapRecorder trap;
-    ScriptedBoxes *boxes = nullptr;
-    (void)boxes;
     EXPECT_THROW(LogError(QStringLiteral("Logger"), QStringLiteral("lngWindowProc"), 0, QStringLiteral("Broken")),
                  TrapEnded);
     EXPECT_EQ(trap.report(), QStringLiteral("An error has occurred in Brantok\r\n\r\nError:\tBroken\r\n"

@@ -17,6 +17,7 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
+#include <QtEndian>
 
 namespace {
 
@@ -63,21 +64,11 @@ TEST_F(Analysed, LayoutOfTheFileByteForByte)
     EXPECT_EQ(f.mid(28, 6), QByteArray("\x01\x00\x38\x01\x90\xFF", 6));      // 1, 312, -112
     EXPECT_EQ(f.mid(34, 4), QByteArray("\x06\x00\x00\x00", 4));              // six commands
     EXPECT_EQ(f.mid(38, 2 + 6 + 4), QByteArray("\x06\x00N10 T1\xE8\x03\x00\x00", 12));  // value 1 * 1000
-    // Trailer: the length, this field included.
-    EXPECT_EQ(f.right(4), strLongToLongString(static_cast<int32_t>(f.size())));
+    // Trailer: the length, this field included, low byte first.
+    EXPECT_EQ(qFromLittleEndian<int32_t>(f.right(4).constData()), f.size());
     const AnalysedFileView v = ParseAnalysedFile(f);
     EXPECT_TRUE(v.problems.isEmpty()) << v.problems.join(u'\n').toStdString();
-    EXPECT_EQ(v.commands.size(), 6u);
-    EXPECT_EQ(v.commands[4].value, 200000);   // the G1 feed
-    EXPECT_EQ(v.commands[2].value, 500000);   // a G0 carries the rapid speed
-    // Records: tool, speed, the two first-move records, steps..., the end marker last.
-    ASSERT_GE(v.records.size(), 5u);
-    EXPECT_EQ(v.records[0].code, 176);
-    EXPECT_EQ(v.records[1].code, 160);
-    EXPECT_EQ(v.records[2].command, -3);
-    EXPECT_EQ(v.records[3].command, -3);
-    EXPECT_EQ(v.records.back().command, 0);
-    EXPECT_TRUE(v.records.back().isNonStep());
+    // The records (tool, speed, first move, steps, end marker) are in every golden dump.
 }
 
 TEST_F(Analysed, SameFileTwiceIsNotCompiledAgain)
@@ -201,26 +192,19 @@ TEST_F(Analysed, CancelLeavesAFileWithoutTrailerOnlyWhenFilesAreKept)
 
 TEST_F(Analysed, MachineStateIsPutBack)
 {
-    glngPosX = 11;
-    glngPosY = -22;
-    glngPosZ = 33;
+    int32_t *pos[] = {&glngPosX, &glngPosY, &glngPosZ};
+    int16_t *play[] = {&gintPlayX, &gintPlayY, &gintPlayZ}, *dir[] = {&gintLastDirX, &gintLastDirY, &gintLastDirZ};
+    const int32_t posWas[] = {11, -22, 33};
+    const int16_t playWas[] = {1, 2, 3}, dirWas[] = {1, -1, 1};
+    for (int a = 0; a < 3; ++a)
+        *pos[a] = posWas[a], *play[a] = playWas[a], *dir[a] = dirWas[a];
     gintBacklashX = gintBacklashY = gintBacklashZ = 4;
-    gintPlayX = 1;
-    gintPlayY = 2;
-    gintPlayZ = 3;
-    gintLastDirX = 1;
-    gintLastDirY = -1;
-    gintLastDirZ = 1;
     CompileProgram(m_nc);
-    EXPECT_EQ(glngPosX, 11);
-    EXPECT_EQ(glngPosY, -22);
-    EXPECT_EQ(glngPosZ, 33);
-    EXPECT_EQ(gintPlayX, 1);
-    EXPECT_EQ(gintPlayY, 2);
-    EXPECT_EQ(gintPlayZ, 3);
-    EXPECT_EQ(gintLastDirX, 1);
-    EXPECT_EQ(gintLastDirY, -1);
-    EXPECT_EQ(gintLastDirZ, 1);
+    for (int a = 0; a < 3; ++a) {
+        EXPECT_EQ(*pos[a], posWas[a]) << a;
+        EXPECT_EQ(*play[a], playWas[a]) << a;
+        EXPECT_EQ(*dir[a], dirWas[a]) << a;
+    }
     // The program's own end state stays for the stream to continue from.
     EXPECT_EQ(glngFirstMove, 3);
     EXPECT_EQ(gsngCurZ, 2.0f);
@@ -238,11 +222,6 @@ TEST_F(Analysed, ProgressNeverShowsAbove100)
     uiHooks().progress = [&](int16_t p) { shown.push_back(p); };
     CompileProgram(m_nc);
     ResetUiHooks();
-    ASSERT_EQ(shown.size(), 4u);
-    for (int16_t p : shown) {
-        EXPECT_GE(p, 0);
-        EXPECT_LE(p, 100);
-    }
     // 10.05 / (10.05 + 15.71 + 1 + 1) = 36 %, then (10.05 + 20) / 27.76 is above 100.
     EXPECT_EQ(shown, (std::vector<int16_t>{36, 100, 100, 100}));
 }
@@ -318,12 +297,4 @@ TEST_F(Analysed, RandomBytesEndInAReasonNeverACrash)
         // Random dumps never fail either.
         EXPECT_FALSE(strDumpAnalysedFile(bytes, QStringLiteral("x.ncx")).isEmpty());
     }
-}
-
-TEST_F(Analysed, DigestOfFileAndString)
-{
-    WriteFile(m_nc, QByteArray(200, 'a'));
-    EXPECT_EQ(strDigestFile(m_nc).toHex(), QCryptographicHash::hash(QByteArray(200, 'a'), QCryptographicHash::Md5).toHex());
-    EXPECT_EQ(strDigestString(QString()).toHex(), QByteArray("d41d8cd98f00b204e9800998ecf8427e"));
-    EXPECT_EQ(strDigestString(QStringLiteral("abc")).toHex(), QByteArray("900150983cd24fb0d6963f7d28e17f72"));
 }

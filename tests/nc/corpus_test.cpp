@@ -1,7 +1,7 @@
 // Real programs from other mills, rewritten in Brantok's dialect (they live outside the
-// repository; $BRANTOK_CORPUS names another folder): every one must compile, keep the record
-// invariants and the machine positions, and be reused unchanged the second time. Needs the
-// real reader: skipped while the build has none.
+// repository; $BRANTOK_CORPUS names another folder; skipped where there is none): every one
+// must read cleanly with the tools it names, compile, keep the record invariants and the
+// machine positions, and be reused unchanged the second time.
 #include "nc_test_support.h"
 
 #include "core/state.h"
@@ -38,6 +38,8 @@ TEST(CompilerCorpus, EveryConvertedProgramCompiles)
         WriteFile(nc, ReadFileBytes(dir + u'/' + name));
         EXPECT_EQ(CompileProgram(nc), QString::fromLatin1(AnalysedReason::kNone));
         ASSERT_EQ(gintReadResult, 0);
+        EXPECT_GT(gintUsedToolCount, 0);
+        EXPECT_GT(gsngBilletLength * gsngBilletWidth * gsngBilletDepth, 0.0f);   // the header's billet
         const AnalysedFileView v = ParseAnalysedFile(ReadFileBytes(gstrAnalysedFile));
         ASSERT_TRUE(v.trailerValid);
         ASSERT_TRUE(v.problems.isEmpty());

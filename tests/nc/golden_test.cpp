@@ -73,21 +73,6 @@ TEST(Golden, EveryCaseCompilesToItsExpectedDump)
 }
 
 // The command-line tool prints the same dump, and compiles as the program does.
-namespace {
-
-struct ToolRun {
-    int code;
-    QString out;
-};
-
-ToolRun RunTool(const QStringList &args, const QString &store)
-{
-    const NcToolRun r = RunBrantokNc(args, store);
-    return {r.exitCode, r.out};
-}
-
-} // namespace
-
 TEST(Golden, CommandLineDumpAndCompile)
 {
     QTemporaryDir work;
@@ -99,27 +84,27 @@ TEST(Golden, CommandLineDumpAndCompile)
     const QString ncx = work.path() + QStringLiteral("/program.ncx");
 
     {
-        ToolRun first = RunTool({QStringLiteral("compile"), nc}, store);
-        EXPECT_EQ(first.code, 0);
+        NcToolRun first = RunBrantokNc({QStringLiteral("compile"), nc}, store);
+        EXPECT_EQ(first.exitCode, 0);
         EXPECT_EQ(first.out, QStringLiteral("The CNC file is being analysed because there is no previously analysed "
                                             "version of this NC file.\nAnalysed file: ") + ncx + u'\n');
-        ToolRun second = RunTool({QStringLiteral("compile"), nc}, store);
-        EXPECT_EQ(second.code, 0);
+        NcToolRun second = RunBrantokNc({QStringLiteral("compile"), nc}, store);
+        EXPECT_EQ(second.exitCode, 0);
         EXPECT_EQ(second.out, QStringLiteral("The analysed file is up to date.\nAnalysed file: ") + ncx + u'\n');
     }
-    const ToolRun dump = RunTool({QStringLiteral("dump"), ncx}, store);
-    EXPECT_EQ(dump.code, 0);
+    const NcToolRun dump = RunBrantokNc({QStringLiteral("dump"), ncx}, store);
+    EXPECT_EQ(dump.exitCode, 0);
     EXPECT_EQ(dump.out, QString::fromUtf8(ReadFileBytes(src + QStringLiteral("/expected.dump"))));
-    EXPECT_EQ(RunTool({QStringLiteral("dump")}, store).code, 64);
-    EXPECT_EQ(RunTool({QStringLiteral("dump"), work.path() + QStringLiteral("/missing.ncx")}, store).code, 1);
+    EXPECT_EQ(RunBrantokNc({QStringLiteral("dump")}, store).exitCode, 64);
+    EXPECT_EQ(RunBrantokNc({QStringLiteral("dump"), work.path() + QStringLiteral("/missing.ncx")}, store).exitCode, 1);
 
     {
         // An unknown offset is never compiled into the steps.
         QByteArray s = ReadFileBytes(store);
         s.replace("|0.500", "|-2000.000");
         WriteFile(store, s);
-        ToolRun unknown = RunTool({QStringLiteral("compile"), nc}, store);
-        EXPECT_EQ(unknown.code, 1);
+        NcToolRun unknown = RunBrantokNc({QStringLiteral("compile"), nc}, store);
+        EXPECT_EQ(unknown.exitCode, 1);
         EXPECT_TRUE(unknown.out.contains(QStringLiteral("Tool 2 has no measured offset"))) << unknown.out.toStdString();
     }
 }

@@ -9,10 +9,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-NcToolRun Check(const QString &store, const QStringList &args) { return RunBrantokNc(args, store); }
-} // namespace
-
 TEST(NcCheck, ExitCodesAndOutput)
 {
     QTemporaryDir dir;
@@ -31,28 +27,29 @@ TEST(NcCheck, ExitCodesAndOutput)
         f.write(bytes);
         return path;
     };
+    auto check = [&](const QString &file) { return RunBrantokNc({QStringLiteral("check"), file}, store); };
 
     // Clean: the store's tools, its WoodWorker speed limit and rapid speed apply.
     const QString good = nc("good.brx", "%\r\n* Billet length 80\r\n* Billet width 60.5\r\nN10 T9\r\nN20 S6000\r\n"
                                         "N30 G1 X1 F400\r\nN40 T4\r\nN50 G2 X1 Y0 I1 J0\r\nN60 T9\r\n");
-    NcToolRun r = Check(store, {QStringLiteral("check"), good});
+    NcToolRun r = check(good);
     EXPECT_EQ(r.exitCode, 0) << r.out.toStdString();
     EXPECT_EQ(r.out, good + QStringLiteral(": read cleanly\nCommands: 6\nTools used: 9 4\n"
                                            "Billet: length 80.000 mm, width 60.500 mm, depth 0.000 mm\n"));
 
     // A fault in the program: the correction window's text, line breaks as the terminal's.
-    r = Check(store, {QStringLiteral("check"), nc("bad.brx", "%\r\nN10 T9\r\nN20 S6000\r\nN30 G1 X1 F401\r\n")});
+    r = check(nc("bad.brx", "%\r\nN10 T9\r\nN20 S6000\r\nN30 G1 X1 F401\r\n"));
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_EQ(r.out, QStringLiteral("Line 4:\nN30 G1 X1 F401\nhas an invalid F (Feed rate) value.\n"));
-    r = Check(store, {QStringLiteral("check"), nc("none.brx", "N10 T9\r\n")});
+    r = check(nc("none.brx", "N10 T9\r\n"));
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_EQ(r.out, QStringLiteral("The selected file does not have a % sign to indicate the start of the NC code.\n"));
-    r = Check(store, {QStringLiteral("check"), dir.path() + QStringLiteral("/missing.brx")});
+    r = check(dir.path() + QStringLiteral("/missing.brx"));
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_EQ(r.out, QStringLiteral("Cannot find file ") + dir.path() + QStringLiteral("/missing.brx\n"));
 
     // The trap: its report.
-    r = Check(store, {QStringLiteral("check"), nc("trap.brx", "%\r\nN10 S1000\r\n")});
+    r = check(nc("trap.brx", "%\r\nN10 S1000\r\n"));
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_EQ(r.out, QStringLiteral("An error has occurred in Brantok\n\nError:\t9 : Subscript out of range\n"
                                     "Location:\tmodReader / strHeaderFromCommands\n"));
@@ -60,7 +57,7 @@ TEST(NcCheck, ExitCodesAndOutput)
     // Usage.
     for (const QStringList &args : {QStringList{}, QStringList{"check"}, QStringList{"check", "a", "b"},
                                     QStringList{"verify", good}}) {
-        r = Check(store, args);
+        r = RunBrantokNc(args, store);
         EXPECT_EQ(r.exitCode, 64) << args.join(' ').toStdString();
         EXPECT_TRUE(r.err.startsWith(QStringLiteral("usage: brantok-nc"))) << r.err.toStdString();
         EXPECT_TRUE(r.out.isEmpty());

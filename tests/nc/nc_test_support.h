@@ -22,6 +22,12 @@ struct TestTool {
 // Every piece of compiler and shared state back to the start; rapid speed 500, no backlash,
 // analysed files kept, the profile built.
 void ResetCompilerState();
+// A clean compiler state before and after each test.
+class CompilerTest : public ::testing::Test {
+protected:
+    void SetUp() override { ResetCompilerState(); }
+    void TearDown() override { ResetCompilerState(); }
+};
 // Replaces the tool table.
 void SetTools(const std::vector<TestTool> &tools);
 

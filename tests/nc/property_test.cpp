@@ -63,11 +63,7 @@ QByteArray GenerateProgram(Rng &rng, int moves)
     return p.toLatin1();
 }
 
-class Properties : public ::testing::Test {
-protected:
-    void SetUp() override { ResetCompilerState(); }
-    void TearDown() override { ResetCompilerState(); }
-};
+class Properties : public CompilerTest {};
 
 } // namespace
 

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QRegularExpression>
+
 #include <functional>
 
 namespace {
@@ -15,60 +17,39 @@ namespace {
 const QString kCrLf = QStringLiteral("\r\n");
 
 struct Case {
-    QString name;
-    QStringList lines;          // the file; "%" first unless the case says otherwise
+    QString name{};
+    QStringList lines{};        // the file; "%" first unless the case says otherwise
     bool withPercent = true;
     bool woodworker = false;
     // A fault: the text of txtError and the line marked red.
-    QString error;
-    QString marked;
+    QString error{};
+    QString marked{};
     // A trap: the procedure and fault number of the report.
     const char *trapProcedure = nullptr;
     int trapNumber = 0;
     // A clean read: what the table must hold.
-    std::function<void()> check;
+    std::function<void()> check{};
 };
 
-// The line at physical line `lngLine` of the case's file ("%" is line 1).
+// Faults name the line (physical, "%" is line 1) and mark it; whole-file faults mark nothing.
 Case Fault(const QString &name, const QStringList &lines, int lngLine, const QString &message)
 {
-    Case c;
-    c.name = name;
-    c.lines = lines;
-    c.marked = lines.at(lngLine - 2);
-    c.error = QStringLiteral("Line %1:").arg(lngLine) + kCrLf + c.marked + kCrLf + message + kCrLf;
-    return c;
+    const QString marked = lines.at(lngLine - 2);
+    return {name, lines, true, false,
+            QStringLiteral("Line %1:").arg(lngLine) + kCrLf + marked + kCrLf + message + kCrLf, marked};
 }
-
 Case WholeFile(const QString &name, const QStringList &lines, const QString &message, bool withPercent = true)
 {
-    Case c;
-    c.name = name;
-    c.lines = lines;
-    c.withPercent = withPercent;
-    c.error = message + kCrLf;
-    return c;
+    return {name, lines, withPercent, false, message + kCrLf};
 }
-
 Case Clean(const QString &name, const QStringList &lines, std::function<void()> check = {})
 {
-    Case c;
-    c.name = name;
-    c.lines = lines;
-    c.check = std::move(check);
-    return c;
+    return {name, lines, true, false, {}, {}, nullptr, 0, std::move(check)};
 }
-
 Case Trap(const QString &name, const QStringList &lines, const char *procedure, int number)
 {
-    Case c;
-    c.name = name;
-    c.lines = lines;
-    c.trapProcedure = procedure;
-    c.trapNumber = number;
-    return c;
+    return {name, lines, true, false, {}, {}, procedure, number};
 }
-
 Case Woodworker(Case c)
 {
     c.woodworker = true;
@@ -83,6 +64,32 @@ QStringList TS(const QStringList &rest)
 }
 
 const CommandRecord &Cmd(int i) { return gtypCommands(i); }
+
+// Checks the command table against a spec such as "#3 3V500 3X2.5" (see the clean cases).
+void ExpectFields(const QString &spec)
+{
+    for (const QString &t : spec.split(u' ', Qt::SkipEmptyParts)) {
+        SCOPED_TRACE(t.toStdString());
+        if (t.startsWith(u'#')) {
+            EXPECT_EQ(glngCommandCount, t.mid(1).toInt());
+            continue;
+        }
+        const int at = static_cast<int>(t.indexOf(QRegularExpression(QStringLiteral("[A-Z]"))));
+        const CommandRecord &c = Cmd(t.left(at).toInt());
+        const float want = t.mid(at + 1).toFloat();
+        switch (t[at].toLatin1()) {
+        case 'T': EXPECT_EQ(c.intType, want); break;
+        case 'V': EXPECT_EQ(c.sngValue, want); break;
+        case 'X': EXPECT_EQ(c.sngX, want); break;
+        case 'Y': EXPECT_EQ(c.sngY, want); break;
+        case 'Z': EXPECT_EQ(c.sngZ, want); break;
+        case 'I': EXPECT_EQ(c.sngI, want); break;
+        case 'R': EXPECT_EQ(c.sngR, want); break;
+        case 'L': EXPECT_EQ(c.lngLine, want); break;
+        default: ADD_FAILURE() << "unknown field";
+        }
+    }
+}
 
 const QString kCannot = QStringLiteral("This file cannot be processed as it does not contain\r\n");
 const QString kNoPercent =
@@ -106,98 +113,49 @@ std::vector<Case> Cases()
     v.push_back(WholeFile("cutting is checked before tools", {"N10 G0 X1"},
                           kCannot + "any G-codes that are cutting operations.\r\n"));
 
-    // --- Clean reads and what they leave.
-    v.push_back(Clean("G4 alone counts as cutting", TS({"N30 G4 P2.5"}), [] {
-        ASSERT_EQ(glngCommandCount, 3);
-        EXPECT_EQ(Cmd(1).intType, kCmdTool);
-        EXPECT_EQ(Cmd(1).sngValue, 1.0f);
-        EXPECT_EQ(Cmd(2).intType, kCmdSpeed);
-        EXPECT_EQ(Cmd(2).sngValue, 1000.0f);
-        EXPECT_EQ(Cmd(3).intType, kCmdDwell);
-        EXPECT_EQ(Cmd(3).sngX, 2.5f);   // P lands in X
-        EXPECT_EQ(Cmd(3).sngValue, 500.0f);
-        EXPECT_EQ(Cmd(3).lngLine, 4);
-        EXPECT_EQ(UsedTools(), QList<int>({1}));
-    }));
-    v.push_back(Clean("F0.5 after F200 is 100", TS({"N30 G1 X1 F200", "N40 G1 X10 F0.5", "N50 G1 X20"}), [] {
-        EXPECT_EQ(Cmd(3).sngValue, 200.0f);
-        EXPECT_EQ(Cmd(4).sngValue, 100.0f);
-        EXPECT_EQ(Cmd(5).sngValue, 100.0f);   // the modal feed
-    }));
-    v.push_back(Clean("F below 1 multiplies the speed in force, G0's rapid too", TS({"N30 G0 X1 F0.5", "N40 G1 X2"}),
-                      [] { EXPECT_EQ(Cmd(3).sngValue, 250.0f); }));
-    v.push_back(Clean("G1 before any F has feed 0; F0 is accepted", TS({"N30 G1 X1", "N40 G1 X2 F0"}), [] {
-        EXPECT_EQ(Cmd(3).sngValue, 0.0f);
-        EXPECT_EQ(Cmd(4).sngValue, 0.0f);
-    }));
-    v.push_back(Clean("F equal to the rapid speed", TS({"N30 G1 X1 F500"}), [] { EXPECT_EQ(Cmd(3).sngValue, 500.0f); }));
-    v.push_back(Clean("modal record: coordinates and type carry, I J R don't",
-                      TS({"N30 G1 X1 Y2 F100", "N40 Z-1", "N50 G2 X5 I2 J0", "N60 X7 R3"}), [] {
-        EXPECT_EQ(Cmd(2).sngX, 300.0f);   // not yet programmed
-        EXPECT_EQ(Cmd(3).sngX, 1.0f);
-        EXPECT_EQ(Cmd(3).sngY, 2.0f);
-        EXPECT_EQ(Cmd(3).sngZ, 300.0f);
-        EXPECT_EQ(Cmd(4).intType, kCmdLine);
-        EXPECT_EQ(Cmd(4).sngZ, -1.0f);
-        EXPECT_EQ(Cmd(4).sngX, 1.0f);
-        EXPECT_EQ(Cmd(5).intType, kCmdArcCcw);   // G2
-        EXPECT_EQ(Cmd(5).sngI, 2.0f);
-        EXPECT_EQ(Cmd(6).intType, kCmdArcCcw);
-        EXPECT_EQ(Cmd(6).sngI, 0.0f);
-        EXPECT_EQ(Cmd(6).sngR, 3.0f);
-        EXPECT_EQ(Cmd(6).sngValue, 100.0f);
-    }));
-    v.push_back(Clean("G3 is arc cw, type 3", TS({"N30 G3 X1 Y1 I1 F50"}), [] { EXPECT_EQ(Cmd(3).intType, kCmdArcCw); }));
-    v.push_back(Clean("P stays as the modal X", TS({"N30 G1 X1 F100", "N40 G4 P2", "N50 G1 Y5"}), [] {
-        EXPECT_EQ(Cmd(4).sngX, 2.0f);
-        EXPECT_EQ(Cmd(5).sngX, 2.0f);
-        EXPECT_EQ(Cmd(5).sngY, 5.0f);
-    }));
-    v.push_back(Clean("comment cut, strText keeps it", TS({"N40 G1 X1 ' go X9 M3 g", "N41 G1 Y1'"}), [] {
-        EXPECT_EQ(Cmd(3).strText, QStringLiteral("N40 G1 X1 ' go X9 M3 g"));
-        EXPECT_EQ(Cmd(3).sngX, 1.0f);
-        EXPECT_EQ(Cmd(4).sngY, 1.0f);
-    }));
-    v.push_back(Clean("N50 alone: zero-filled entries", {"N50", "N10 T1", "N20 S1000", "N30 G1 X1 F100", "N60"}, [] {
-        ASSERT_EQ(glngCommandCount, 5);
-        EXPECT_EQ(Cmd(1).intType, 0);
-        EXPECT_EQ(Cmd(1).lngLine, 0);   // nothing was copied into it
-        EXPECT_EQ(Cmd(1).strText, QString());
-        EXPECT_EQ(Cmd(5).intType, 0);   // although the working type is 2
-        EXPECT_EQ(Cmd(5).sngX, 0.0f);
-    }));
-    v.push_back(Clean("lines without N and header lines anywhere", TS({"G1 X5", "* late header", "", "N30 G1 X1 F10"}),
-                      [] {
-        ASSERT_EQ(glngCommandCount, 3);
-        EXPECT_EQ(Cmd(3).lngLine, 7);
-        EXPECT_EQ(gstrHeader, QStringLiteral(" late header\r\n"));
-    }));
-    v.push_back(Clean("trailing control characters and blanks go from strText", TS({"N30 G1 X1 F10\t \x01"}),
-                      [] { EXPECT_EQ(Cmd(3).strText, QStringLiteral("N30 G1 X1 F10")); }));
-    v.push_back(Clean("blanks between a letter and its value", TS({"N30\tG1 X 5  F  9"}), [] {
-        EXPECT_EQ(Cmd(3).sngX, 5.0f);
-        EXPECT_EQ(Cmd(3).sngValue, 9.0f);
-    }));
-    v.push_back(Clean("N number: any, or none", TS({"N G1 X1 F1", "N5 G1 X2"}), [] { EXPECT_EQ(glngCommandCount, 4); }));
-    v.push_back(Clean("tools listed once, in order of first use",
-                      {"N1 T2", "N2 S100", "N3 G1 X1", "N4 T1", "N5 G1 X2", "N6 T2", "N7 T7"}, [] {
-        EXPECT_EQ(UsedTools(), QList<int>({2, 1, 7}));
-    }));
-    v.push_back(Clean("T: the whole part names the tool, the value stays", TS({"N30 G1 X1 F1", "N40 T2.7"}), [] {
-        EXPECT_EQ(Cmd(4).sngValue, 2.7f);
-        EXPECT_EQ(UsedTools(), QList<int>({1, 2}));
-    }));
-    v.push_back(Clean("F after T overwrites the tool number (modal value)", TS({"N30 G1 X1 F1", "N40 T2 F300"}),
-                      [] { EXPECT_EQ(Cmd(4).sngValue, 300.0f); }));
-    v.push_back(Clean("S limits: 50 and 2000", {"N10 T1", "N20 S50", "N30 T2", "N40 S2000", "N50 G1 X1"}));
+    // --- Clean reads and what they leave: "<command><field><value>", T type (G0 1, G1 2, G3 3,
+    // G2 4, S 7, T 8, G4 14), V value, X Y Z I J R, L line; "#n" the command count.
+    const auto C = [&](const QString &name, const QStringList &lines, const QString &fields,
+                       std::function<void()> more = {}) {
+        v.push_back(Clean(name, lines, [fields, more] {
+            ExpectFields(fields);
+            if (more)
+                more();
+        }));
+    };
+    C("G4 alone counts as cutting; P lands in X", TS({"N30 G4 P2.5"}), "#3 1T8 1V1 2T7 2V1000 3T14 3V500 3L4 3X2.5",
+      [] { EXPECT_EQ(UsedTools(), QList<int>({1})); });
+    C("F0.5 after F200 is 100, and stays", TS({"N30 G1 X1 F200", "N40 G1 X10 F0.5", "N50 G1 X20"}), "3V200 4V100 5V100");
+    C("F below 1 multiplies the speed in force, G0's rapid too", TS({"N30 G0 X1 F0.5", "N40 G1 X2"}), "3V250");
+    C("G1 before any F has feed 0; F0 is accepted", TS({"N30 G1 X1", "N40 G1 X2 F0"}), "3V0 4V0");
+    C("F equal to the rapid speed", TS({"N30 G1 X1 F500"}), "3V500");
+    // Coordinates not yet programmed are 300; G2 is type 4.
+    C("modal record: coordinates and type carry, I J R don't",
+      TS({"N30 G1 X1 Y2 F100", "N40 Z-1", "N50 G2 X5 I2 J0", "N60 X7 R3"}),
+      "2X300 3X1 3Y2 3Z300 4T2 4Z-1 4X1 5T4 5I2 6T4 6I0 6R3 6V100");
+    C("G3 is arc cw, type 3", TS({"N30 G3 X1 Y1 I1 F50"}), "3T3");
+    C("P stays as the modal X", TS({"N30 G1 X1 F100", "N40 G4 P2", "N50 G1 Y5"}), "4X2 5X2 5Y5");
+    C("comment cut, strText keeps it", TS({"N40 G1 X1 ' go X9 M3 g", "N41 G1 Y1'"}), "3X1 4Y1",
+      [] { EXPECT_EQ(Cmd(3).strText, QStringLiteral("N40 G1 X1 ' go X9 M3 g")); });
+    // Nothing is copied into an N line alone, although the working type is 2.
+    C("N50 alone: zero-filled entries", {"N50", "N10 T1", "N20 S1000", "N30 G1 X1 F100", "N60"}, "#5 1T0 1L0 5T0 5X0",
+      [] { EXPECT_EQ(Cmd(1).strText, QString()); });
+    C("lines without N and header lines anywhere", TS({"G1 X5", "* late header", "", "N30 G1 X1 F10"}), "#3 3L7",
+      [] { EXPECT_EQ(gstrHeader, QStringLiteral(" late header\r\n")); });
+    C("trailing control characters and blanks go from strText", TS({"N30 G1 X1 F10\t \x01"}), "",
+      [] { EXPECT_EQ(Cmd(3).strText, QStringLiteral("N30 G1 X1 F10")); });
+    C("blanks between a letter and its value", TS({"N30\tG1 X 5  F  9"}), "3X5 3V9");
+    C("N number: any, or none", TS({"N G1 X1 F1", "N5 G1 X2"}), "#4");
+    C("tools listed once, in order of first use", {"N1 T2", "N2 S100", "N3 G1 X1", "N4 T1", "N5 G1 X2", "N6 T2", "N7 T7"},
+      "", [] { EXPECT_EQ(UsedTools(), QList<int>({2, 1, 7})); });
+    C("T: the whole part names the tool, the value stays", TS({"N30 G1 X1 F1", "N40 T2.7"}), "4V2.7",
+      [] { EXPECT_EQ(UsedTools(), QList<int>({1, 2})); });
+    C("F after T overwrites the tool number (modal value)", TS({"N30 G1 X1 F1", "N40 T2 F300"}), "4V300");
+    C("S limits: 50 and 2000", {"N10 T1", "N20 S50", "N30 T2", "N40 S2000", "N50 G1 X1"}, "");
     v.push_back(Woodworker(Clean("S 2001 and 8000", {"N10 T1", "N20 S2001", "N30 T2", "N40 S8000", "N50 G1 X1"})));
-    {
-        Case c = Clean("pre-% lines count", QStringList{"junk", "%"} + TS({"N30 G1 X1"}),
-                       [] { EXPECT_EQ(Cmd(3).lngLine, 5); });
-        c.withPercent = false;
-        v.push_back(c);
-    }
-    v.push_back(Clean("centre-form full circle", TS({"N30 G0 X10 Y10 Z1", "N40 G2 X10 Y10 I5 J0"})));
+    v.push_back({"pre-% lines count", QStringList{"junk", "%"} + TS({"N30 G1 X1"}), false, false, {}, {}, nullptr, 0,
+                 [] { ExpectFields("3L5"); }});
+    C("centre-form full circle", TS({"N30 G0 X10 Y10 Z1", "N40 G2 X10 Y10 I5 J0"}), "");
 
     // --- Word faults.
     const QStringList ts = TS({});
@@ -254,15 +212,8 @@ std::vector<Case> Cases()
     v.push_back(Fault("the same first tool again needs its S again",
                       {"N10 T1", "N20 S1000", "N30 G1 X1", "N40 T1", "N50 G1 X2"}, 6,
                       "has a G-code but there is no rotational speed (S)\r\nfollowing the first tool definition."));
-    {
-        Case c;
-        c.name = QStringLiteral("a faulty line after pre-% lines");
-        c.lines = QStringList{"x", "y", "%", "N10 M3"};
-        c.withPercent = false;
-        c.marked = QStringLiteral("N10 M3");
-        c.error = QStringLiteral("Line 4:\r\nN10 M3\r\nhas a command letter (M) that is not\r\nrecognised by Brantok.\r\n");
-        v.push_back(c);
-    }
+    v.push_back({"a faulty line after pre-% lines", {"x", "y", "%", "N10 M3"}, false, false,
+                 "Line 4:\r\nN10 M3\r\nhas a command letter (M) that is not\r\nrecognised by Brantok.\r\n", "N10 M3"});
     v.push_back(Fault("the first fault ends the read", ts + QStringList{"N30 M3", "N40 G7"}, 4,
                       "has a command letter (M) that is not\r\nrecognised by Brantok."));
 

@@ -1,5 +1,6 @@
 // The reader's small procedures, the file chooser's quick look, the billet size, and the
-// read loop around the correction window (cancel, correct and read again, analysed file).
+// read around the correction window (busy display, cancel, analysed file). Correct and read
+// again is driven through the real window in the files tests.
 #include "core/state.h"
 #include "nc/commands.h"
 #include "nc/reader.h"
@@ -157,44 +158,13 @@ TEST(Reader, CancelStopsTheRead)
     EXPECT_TRUE(h.corrections.empty());
 }
 
-TEST(Reader, CorrectedFileIsReadAgainUntilClean)
-{
-    ReaderHarness h;
-    const QString file = h.write("fix.brx", ReaderHarness::program({"N10 T1", "N20 S1000", "N30 G1 X1 M3"}));
-    // The window's Ok: the operator's text is saved over the file.
-    h.answer = [](const ShownCorrection &c) {
-        QFile f(c.file);
-        if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            return QStringLiteral("Cancel");
-        f.write(ReaderHarness::program({"N10 T1", "N20 S1000", "N30 G1 X1"}));
-        return QStringLiteral("Ok");
-    };
-    // The caller's loop (the set-up wizard's FileSelected).
-    gintReadResult = 2;
-    int reads = 0;
-    while (gintReadResult == 2 && reads < 5) {
-        ReadCommands(file);
-        ++reads;
-    }
-    EXPECT_EQ(reads, 2);
-    EXPECT_EQ(gintReadResult, 0);
-    ASSERT_EQ(h.corrections.size(), 1u);
-    EXPECT_EQ(h.corrections[0].faultyLine, QStringLiteral("N30 G1 X1 M3"));
-    EXPECT_EQ(glngCommandCount, 3);
-}
-
-namespace {
-QString ValidAnalysedFile()
-{
-    gblnAnalysedValid = true;
-    return QString();
-}
-} // namespace
-
 TEST(Reader, ValidAnalysedFileSkipsTheText)
 {
     ReaderHarness h;
-    gfnCompFileReason = ValidAnalysedFile;
+    gfnCompFileReason = [] {
+        gblnAnalysedValid = true;
+        return QString();
+    };
     gstrHeader = QStringLiteral("* Billet width 9\r\n");
     ReadCommands(h.write("bad.brx", "%\r\nN10 M3\r\n"));
     gfnCompFileReason = strNoCompFileReason;

@@ -1,36 +1,22 @@
-// Step encoding: the bytes of a record, the timer one step behind, the backlash steps, the
-// first move, the buffer's flushing and the position count.
+// Step encoding: the bytes of a record, the timer one step behind, the first move, the
+// buffer's flushing and the position count. Backlash take-up and the tool-change record are
+// pinned by the golden files.
 #include "nc_test_support.h"
 
 #include "core/filenum.h"
 #include "core/state.h"
 #include "nc/commands.h"
 #include "nc/stepcode.h"
-#include "tools/tooltable.h"
 
 #include <QFileInfo>
 
 namespace {
 
-class StepCode : public ::testing::Test {
-protected:
-    void SetUp() override { ResetCompilerState(); }
-    void TearDown() override { ResetCompilerState(); }
-};
+class StepCode : public CompilerTest {};
 
 QByteArray bytesOf(const ComposedStep &s) { return QByteArray(s.data(), 4); }
 
 } // namespace
-
-TEST_F(StepCode, IntegersAreLowByteFirstTwosComplement)
-{
-    EXPECT_EQ(strLongToLongString(0x12345678), QByteArray("\x78\x56\x34\x12", 4));
-    EXPECT_EQ(strLongToLongString(-1), QByteArray("\xFF\xFF\xFF\xFF", 4));
-    EXPECT_EQ(strLongToLongString(-3), QByteArray("\xFD\xFF\xFF\xFF", 4));
-    EXPECT_EQ(strIntToIntString(-2), QByteArray("\xFE\xFF", 2));
-    EXPECT_EQ(strIntToIntString(300), QByteArray("\x2C\x01", 2));
-    EXPECT_EQ(strIntToIntString(-32768), QByteArray("\x00\x80", 2));
-}
 
 // Each row: the timer left by the step before, the step, the 4 bytes, the timer it leaves.
 TEST_F(StepCode, ComposedStepTable)
@@ -125,51 +111,9 @@ TEST_F(StepCode, FirstMoveStepsAreSuppressedButCounted)
     EXPECT_EQ(glngPosX, 2);
 }
 
-TEST_F(StepCode, BacklashStepsGoAheadOfTheReversingStep)
-{
-    StepCapture cap;
-    gintBacklashX = 3;
-    gintBacklashY = 2;
-    gintLastDirX = gintLastDirY = gintLastDirZ = -1;
-    gintPlayX = 3;
-    gintPlayY = 0;  // a reversal with no play due sends nothing but arms the play
-    SendStepToBuffer(4, 1, 1, 0, 200, 200, 0, 2);
-    auto recs = cap.records();
-    ASSERT_EQ(recs.size(), 4u);
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(recs[i].dx(), 1) << i;
-        EXPECT_EQ(recs[i].dy(), 0) << i;
-        EXPECT_EQ(recs[i].command, 4);
-    }
-    EXPECT_EQ(recs[3].dx(), 1);
-    EXPECT_EQ(recs[3].dy(), 1);
-    EXPECT_EQ(glngPosX, 4);
-    EXPECT_EQ(glngPosY, 1);
-    EXPECT_EQ(gintPlayX, 3);
-    EXPECT_EQ(gintPlayY, 2);
-    EXPECT_EQ(gintLastDirX, 1);
-    EXPECT_EQ(gintLastDirY, 1);
-
-    // Both axes reverse together: they take up together, then X alone.
-    SendStepToBuffer(5, -1, -1, 0, 200, 200, 0, 2);
-    recs = cap.records();
-    ASSERT_EQ(recs.size(), 8u);
-    EXPECT_EQ(recs[4].dx(), -1); EXPECT_EQ(recs[4].dy(), -1);
-    EXPECT_EQ(recs[5].dx(), -1); EXPECT_EQ(recs[5].dy(), -1);
-    EXPECT_EQ(recs[6].dx(), -1); EXPECT_EQ(recs[6].dy(), 0);
-    EXPECT_EQ(recs[7].dx(), -1); EXPECT_EQ(recs[7].dy(), -1);
-    // Each record carries the timer of the step before it: take-up steps go at the speed of the
-    // reversing step, divided like any diagonal (200 mm/min: 61696 alone, 60105 on two axes).
-    EXPECT_EQ(recs[1].timer, 61696);
-    EXPECT_EQ(recs[4].timer, 60105);
-    EXPECT_EQ(recs[6].timer, 60105);
-    EXPECT_EQ(recs[7].timer, 61696);
-}
-
 TEST_F(StepCode, BufferFlushesAbove2040BytesButNeverOnCommandZero)
 {
     StepCapture cap;
-    QTemporaryDir dir;
     for (int i = 0; i < 255; ++i)
         SendStepToBuffer(1, 1, 0, 0, 100, 0, 0, 2);
     EXPECT_EQ(gstrStepBuffer.size(), 2040);
@@ -179,23 +123,6 @@ TEST_F(StepCode, BufferFlushesAbove2040BytesButNeverOnCommandZero)
     EXPECT_EQ(gstrStepBuffer.size(), 0);
     EXPECT_EQ(FileLength(gintAnalysedFile), 2056);
     EXPECT_EQ(cap.records().size(), 257u);
-}
-
-TEST_F(StepCode, ToolChangeRecordArmsTheCorrection)
-{
-    StepCapture cap;
-    SetTools({{1, 3.0f, 1.5f}, {4, 6.0f, -2.25f}});
-    gtypCommands.Redim(2);
-    glngCommandCount = 2;
-    gtypCommands(2).intType = kCmdTool;
-    gtypCommands(2).sngValue = 4.0f;
-    gsngToolOffset = 1.5f;
-    SendStepToBuffer(2, 0, 0, 0, 4, 4, 4, 8);
-    EXPECT_EQ(gintCurrentTool, 4);
-    EXPECT_EQ(gsngOldToolOffset, 1.5f);
-    EXPECT_EQ(gsngToolOffset, -2.25f);
-    EXPECT_TRUE(gblnToolOffsetPending);
-    EXPECT_EQ(cap.records()[0].code, 176);
 }
 
 TEST_F(StepCode, TempFilesAreNewKeptAndKillFileDeletes)

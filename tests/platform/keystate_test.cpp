@@ -125,14 +125,19 @@ TEST_F(KeyEvents, ReleaseIsMatchedByThePhysicalKeyWhateverTheModifiers)
     EXPECT_FALSE(KeyIsDown(VK_UP));
     Release(Qt::Key_Shift, kScanShift);
     EXPECT_EQ(m_keys->intKeysHeld(), 0);
-}
 
-TEST_F(KeyEvents, WithoutScanCodesTheKeypadStillMatches)
-{
+    // Keypad 4 with NumLock off is never Left (no jog); NumLock switched on while it is held:
+    // it comes up as the digit.
+    Press(Qt::Key_Left, 83, Qt::KeypadModifier);
+    EXPECT_FALSE(KeyIsDown(VK_LEFT));
+    EXPECT_TRUE(KeyIsDown(VK_NUMPAD4));
+    Release(Qt::Key_4, 83, Qt::KeypadModifier);
+    EXPECT_EQ(m_keys->intKeysHeld(), 0);
+
+    // The same without scan codes (not X11): the keypad mark alone matches them.
     Press(Qt::Key_8, 0, Qt::KeypadModifier);
     EXPECT_TRUE(KeyIsDown(VK_NUMPAD8));
     Release(Qt::Key_Up, 0, Qt::KeypadModifier | Qt::ShiftModifier);
-    EXPECT_FALSE(KeyIsDown(VK_NUMPAD8));
     EXPECT_EQ(m_keys->intKeysHeld(), 0);
 }
 
@@ -168,66 +173,23 @@ TEST_F(KeyEvents, DeactivationReleasesEveryKey)
     EXPECT_FALSE(KeyIsDown(VK_NUMPAD0));
     ApplicationState(Qt::ApplicationActive);
     EXPECT_FALSE(KeyIsDown(VK_RIGHT));
+    // Still physically held: its repeats arrive, but only a new press counts.
+    Send(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier, kScanRight, true);
+    EXPECT_FALSE(KeyIsDown(VK_RIGHT));
     // A stray release after the return does no harm; a new press counts again.
     Release(Qt::Key_Enter, kScanEnter);
     Press(Qt::Key_Right, kScanRight);
     EXPECT_TRUE(KeyIsDown(VK_RIGHT));
+    // The older deactivation event does the same.
+    QEvent deactivate(QEvent::ApplicationDeactivate);
+    QCoreApplication::sendEvent(qApp, &deactivate);
+    EXPECT_FALSE(KeyIsDown(VK_RIGHT));
 }
 
-TEST_F(KeyEvents, HeldKeyThroughReactivationCountsAsUp)
-{
-    Press(Qt::Key_Up, kScanUp);
-    ApplicationState(Qt::ApplicationInactive);
-    ApplicationState(Qt::ApplicationActive);
-    // Still physically held: its repeats arrive, but only a new press counts.
-    Send(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier, kScanUp, true);
-    EXPECT_FALSE(KeyIsDown(VK_UP));
-}
-
-TEST_F(KeyEvents, KeypadWithNumLockOffGivesNoDirection)
-{
-    // 4, 6, 8, 2, 9, 3 of the keypad with NumLock off: Left, Right, Up, Down, PgUp, PgDn.
-    const std::pair<int, quint32> keypad[] = {{Qt::Key_Left, 83},  {Qt::Key_Right, 85}, {Qt::Key_Up, 80},
-                                              {Qt::Key_Down, 88},  {Qt::Key_PageUp, 81}, {Qt::Key_PageDown, 89},
-                                              {Qt::Key_Insert, 90}, {Qt::Key_Delete, 91}};
-    for (const auto &[key, scan] : keypad)
-        Press(key, scan, Qt::KeypadModifier);
-    for (int vk : {VK_LEFT, VK_RIGHT, VK_UP, VK_DOWN, VK_PRIOR, VK_NEXT, VK_INSERT, VK_DELETE})
-        EXPECT_FALSE(KeyIsDown(vk)) << vk;
-    for (int vk : {VK_NUMPAD4, VK_NUMPAD6, VK_NUMPAD8, VK_NUMPAD2, VK_NUMPAD9, VK_NUMPAD3, VK_NUMPAD0, VK_DECIMAL})
-        EXPECT_TRUE(KeyIsDown(vk)) << vk;
-    // NumLock switched on while they are held: they come up as digits.
-    const int digits[] = {Qt::Key_4, Qt::Key_6, Qt::Key_8, Qt::Key_2, Qt::Key_9, Qt::Key_3, Qt::Key_0, Qt::Key_Period};
-    for (size_t i = 0; i < std::size(keypad); ++i)
-        Release(digits[i], keypad[i].second, Qt::KeypadModifier);
-    EXPECT_EQ(m_keys->intKeysHeld(), 0);
-}
-
-TEST(KeyStateAccess, FakeAndNoneInstalled)
+TEST(KeyStateAccess, NoneInstalledOrDestroyedMeansEveryKeyUp)
 {
     SetKeyState(nullptr);
-    EXPECT_FALSE(KeyIsDown(VK_RETURN));   // nothing installed: every key up
-    FakeKeyState fake;
-    {
-        ScopedKeyState scoped(&fake);
-        fake.Press(VK_RETURN);
-        int looks = 0;
-        fake.onQuery = [&](int vk) {
-            if (vk == VK_RETURN && ++looks == 3)
-                fake.Release(VK_RETURN);
-        };
-        int rounds = 0;
-        while (KeyIsDown(VK_RETURN))
-            ++rounds;
-        EXPECT_EQ(rounds, 2);
-        EXPECT_EQ(fake.queries(), 3);
-    }
     EXPECT_FALSE(KeyIsDown(VK_RETURN));
-    EXPECT_EQ(&keyState() == &fake, false);
-}
-
-TEST(KeyStateAccess, DestroyedEventStateUninstallsItself)
-{
     {
         EventKeyState keys(true, KeymapReader(), nullptr);
         SetKeyState(&keys);
@@ -330,22 +292,6 @@ TEST_F(ServerKeyEvents, TheServerNeverMakesAKeyDownByItself)
     EXPECT_TRUE(KeyIsDown(VK_UP));
     Release(Qt::Key_Up, kScanUp);
     EXPECT_FALSE(KeyIsDown(VK_UP));
-}
-
-TEST_F(ServerKeyEvents, ReadingsAreReusedForTwoMillisecondsOnly)
-{
-    m_serverDown = {kScanRight, kScanUp};
-    Press(Qt::Key_Right, kScanRight);
-    Press(Qt::Key_Up, kScanUp);
-    const int before = m_reads;
-    for (int i = 0; i < 10; ++i) {
-        EXPECT_TRUE(KeyIsDown(VK_RIGHT));
-        EXPECT_TRUE(KeyIsDown(VK_UP));
-    }
-    EXPECT_LE(m_reads - before, 2);
-    Later();
-    KeyIsDown(VK_RIGHT);
-    EXPECT_GT(m_reads - before, 0);
 }
 
 TEST(KeyStateAccess, TheProgramsKeyStateHearsTheApplication)

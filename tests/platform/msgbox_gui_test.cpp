@@ -8,7 +8,6 @@
 #include "support/test_support.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
@@ -92,20 +91,14 @@ TEST_F(GuiBoxTest, OwnerIsTheFirstVisibleEnabledFormAndAllAreDisabledDuringTheBo
     EXPECT_TRUE(later->isEnabled());
 }
 
-TEST_F(GuiBoxTest, NoFormMeansNoOwnerAndAnEmptyList)
+TEST_F(GuiBoxTest, NoFormMeansNoOwnerAndAnEmptyTitleIsTheProgramsTitle)
 {
     StdMsgBox(QStringLiteral("Alone"), vbOKOnly, QString());
-    ASSERT_EQ(seen.size(), 1u);
-    EXPECT_EQ(seen[0].owner, nullptr);
     EXPECT_TRUE(LastDisabledFormList().isEmpty());
-}
-
-TEST_F(GuiBoxTest, AnEmptyTitleBecomesTheProgramsTitle)
-{
     form(true, true);
-    StdMsgBox(QStringLiteral("Text"), vbOKOnly, QString());
     StdMsgBox(QStringLiteral("Text"), vbOKOnly, QStringLiteral("Tool Data"));
     ASSERT_EQ(seen.size(), 2u);
+    EXPECT_EQ(seen[0].owner, nullptr);
     EXPECT_EQ(seen[0].title, QStringLiteral("Brantok"));
     EXPECT_EQ(seen[1].title, QStringLiteral("Tool Data"));
 }
@@ -142,17 +135,6 @@ TEST_F(GuiBoxTest, SpaceHeldIsWaitedForToo)
     StdMsgBox(QStringLiteral("Done"), vbOKOnly, QString());
     EXPECT_EQ(rounds, 5);
     EXPECT_TRUE(w->isEnabled());
-}
-
-TEST_F(GuiBoxTest, KeyStateForgetsKeysWhenTheProgramLosesTheFocus)
-{
-    QWidget *w = form(true, true);
-    QKeyEvent press(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
-    QCoreApplication::sendEvent(w, &press);
-    EXPECT_TRUE(KeyIsDown(32));
-    QEvent deact(QEvent::ApplicationDeactivate);
-    QCoreApplication::sendEvent(qApp, &deact);
-    EXPECT_FALSE(KeyIsDown(32));
 }
 
 // The real box: buttons, default and escape follow the flags.
