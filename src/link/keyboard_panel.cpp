@@ -241,6 +241,10 @@ void PicKeyboard::cmdDone_Click() try {
 }
 
 void ShowKeyboard(bool blnSpindle) try {
+    // A spindle request left from another screen (the Mill menu stays usable while machining)
+    // must not start or stop the spindle here unasked: only a click on this screen counts.
+    gblnSpindleStartReq = false;
+    gblnSpindleStopReq = false;
     FrmMain *f = frmMain();
     PicKeyboard *k = f->picKeyboard;
     k->picStartText->setVisible(blnSpindle);

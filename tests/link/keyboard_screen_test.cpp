@@ -158,4 +158,16 @@ TEST_F(ManualScreen, EveryControlHasAnAccessibleName)
     EXPECT_GT(named, 40);
 }
 
+TEST_F(ManualScreen, ASpindleRequestFromAnotherScreenIsForgotten)
+{
+    // "Start Spindle" clicked in the Mill menu while machining: the manual screen must not
+    // start the spindle on its own when it opens.
+    gblnSpindleStartReq = true;
+    gblnSpindleStopReq = true;
+    ShowKeyboard(true);
+    EXPECT_FALSE(gblnSpindleStartReq);
+    EXPECT_FALSE(gblnSpindleStopReq);
+    frmSplash()->tmrKeyControl->stop();
+}
+
 } // namespace
