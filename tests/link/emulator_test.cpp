@@ -128,23 +128,6 @@ TEST(Emulator, SpindleDoorAndDelayRecords)
     EXPECT_EQ(c.takeOutput(), QByteArray("SAA"));
 }
 
-TEST(Emulator, LostAndLateReplies)
-{
-    ControllerEmulator c = Running();
-    const QByteArray f = Frame({{4 | 32, 65000}});
-    c.loseReplies(1);
-    c.receive(f, c.now());
-    c.advanceTo(c.now() + 50 * kMs);
-    EXPECT_EQ(c.takeOutput(), QByteArray());
-    c.delayNextReply(3000 * kMs);
-    c.receive(f, c.now());
-    c.advanceTo(c.now() + 2900 * kMs);
-    EXPECT_EQ(c.takeOutput(), QByteArray());
-    c.advanceTo(c.now() + 200 * kMs);
-    EXPECT_EQ(c.takeOutput(), QByteArray("A"));
-    EXPECT_EQ(c.posX(), 2);
-}
-
 #include "platform/serial_port.h"
 
 TEST(SerialDevice, ComNamesMapToDevicesOrTheEmulator)
