@@ -42,12 +42,12 @@ sleep 1.5
 crop busy.png
 kill $APP
 # The machining screen halfway through a run, and the prompt of a tool change.
-"./$BUILD/tests/guide/machining_showcase" machining >/dev/null 2>&1 &
+"./$BUILD/showcase/machining_showcase" machining >/dev/null 2>&1 &
 APP=$!
 sleep 7
 crop machining.png
 kill $APP
-"./$BUILD/tests/guide/machining_showcase" toolchange >/dev/null 2>&1 &
+"./$BUILD/showcase/machining_showcase" toolchange >/dev/null 2>&1 &
 APP=$!
 sleep 9
 crop toolchange.png

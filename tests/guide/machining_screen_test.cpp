@@ -14,14 +14,6 @@
 
 namespace {
 
-void UnloadForms()
-{
-    QList<QWidget *> forms = Forms();
-    for (auto it = forms.rbegin(); it != forms.rend(); ++it)
-        Unload(*it);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
 bool SamePicture(const QLabel *l, const QPixmap &p) { return l->pixmap().toImage() == p.toImage(); }
 
 } // namespace

@@ -27,14 +27,6 @@ namespace {
 const QString kContinue = QStringLiteral(
     "Do you want to continue machining?\r\nClick YES to carry on \r\nor NO to return to Main Menu");
 
-void UnloadForms()
-{
-    QList<QWidget *> forms = Forms();
-    for (auto it = forms.rbegin(); it != forms.rend(); ++it)
-        Unload(*it);
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
 // The first tool goes into an empty spindle.
 void EmptySpindle()
 {
@@ -90,9 +82,7 @@ TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasC
         return 1;
     };
     w.run();
-
     EXPECT_EQ(w.promptTags, (QStringList{"1", "0", "5"}));
-    EXPECT_EQ(w.promptSteps, (std::vector<int>{1, 2, 4, 0, 1, 2, 4, 5, 6}));
     EXPECT_EQ(speedPages, (QStringList{"Set the spindle speed to 1000", "Set the spindle speed to 2000"}));
     EXPECT_TRUE(w.seen.empty());
     EXPECT_EQ(w.showMethod, 1);
@@ -184,9 +174,7 @@ TEST_F(StreamTest, OfflineRunPlaysThroughWithEveryPromptAndCountsTheProgram)
     EmptySpindle();
     w.run();
     EXPECT_EQ(w.promptTags, (QStringList{"1", "0", "5"}));
-    EXPECT_EQ(w.promptSteps, (std::vector<int>{1, 2, 4, 0, 1, 2, 4, 5, 6}));
     EXPECT_TRUE(w.seen.empty());
-    EXPECT_EQ(gintBuffersOut, 0);
     EXPECT_EQ(w.panelHistory.count(QStringLiteral("timer")), 0u);   // ShowTime off
     // From the origin the lead-in reaches X2 Y1 Z1, and the last G0 leaves the tool at
     // X3 Y2 Z2: the position is what was sent.
@@ -321,8 +309,6 @@ TEST_F(StreamTest, EscAsksMachiningInterruptedAndYesGoesOnFromTheNextRecord)
     EXPECT_EQ(c.posX(), ref.x);
     EXPECT_EQ(c.posY(), ref.y);
     EXPECT_EQ(c.posZ(), ref.z);
-    EXPECT_EQ(glngPosX, ref.x);
-    EXPECT_EQ(glngPosZ, ref.z);
 }
 
 TEST_F(StreamTest, LostReplyRaisesTheAlarmAfterTenSecondsAndNoGoesBackToTheWizard)

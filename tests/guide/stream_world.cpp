@@ -105,14 +105,8 @@ void StreamWorld::setUp(int16_t backlash, float rapid)
     gtypTools.Erase();
     gintToolCount = 2;
     gtypTools.Redim(2);
-    gtypTools(1).intNumber = 1;
-    gtypTools(1).strType = QStringLiteral("End mill");
-    gtypTools(1).sngDiameter = 6.0f;
-    gtypTools(1).sngOffset = 0.0f;
-    gtypTools(2).intNumber = 2;
-    gtypTools(2).strType = QStringLiteral("Ball end");
-    gtypTools(2).sngDiameter = 3.0f;
-    gtypTools(2).sngOffset = 0.0f;
+    gtypTools(1) = ToolData{1, QStringLiteral("End mill"), 6.0f, 0.0f, false};
+    gtypTools(2) = ToolData{2, QStringLiteral("Ball end"), 3.0f, 0.0f, false};
 }
 
 bool StreamWorld::compile(const QByteArray &text)
@@ -146,6 +140,14 @@ void StreamWorld::run()
     gblnCancel = false;
     StartMilling();
     tmrStartMilling_Timer();
+}
+
+void UnloadForms()
+{
+    QList<QWidget *> forms = Forms();
+    for (auto it = forms.rbegin(); it != forms.rend(); ++it)
+        Unload(*it);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 std::vector<int> StreamWorld::frameSizes() const

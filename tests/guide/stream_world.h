@@ -53,5 +53,8 @@ private:
     void watchPrompt();
 };
 
+// Unloads every form, newest first, and lets Qt delete them.
+void UnloadForms();
+
 // Programs used by the tests.
 extern const QByteArray kTwoToolProgram;   // T1, S1000, cut, T2, S2000, cut

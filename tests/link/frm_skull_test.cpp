@@ -27,15 +27,29 @@ void WhenSkullIsUp(std::function<void(FrmSkull &)> act)
     });
 }
 
+class FrmSkullTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ResetSharedState();
+        ResetComms();
+        ResetLinkHooks();
+        InstallLinkUi(nullptr);
+    }
+    void TearDown() override
+    {
+        ResetComms();
+        ResetLinkHooks();
+        SetSerialDeviceFactory({});
+        ResetSharedState();
+    }
+    TempStore store;
+};
+
 } // namespace
 
-TEST(FrmSkull, TheAlarmShowsItsTextAndWorkOfflineGoesOffline)
+TEST_F(FrmSkullTest, TheAlarmShowsItsTextAndWorkOfflineGoesOffline)
 {
-    TempStore store;
-    ResetSharedState();
-    ResetComms();
-    ResetLinkHooks();
-    InstallLinkUi(nullptr);
     QString panelOnline;
     linkHooks().setPanel = [&](const QString &k, const QString &t) {
         if (k == QStringLiteral("online"))
@@ -64,17 +78,10 @@ TEST(FrmSkull, TheAlarmShowsItsTextAndWorkOfflineGoesOffline)
     EXPECT_EQ(panelOnline, QStringLiteral("Working Offline"));
     EXPECT_FALSE(frmSkull.loaded);
     EXPECT_TRUE(tmrOnline().isActive());
-    ResetComms();
-    ResetLinkHooks();
-    SetSerialDeviceFactory({});
 }
 
-TEST(FrmSkull, CancelSetsTheCancelFlag)
+TEST_F(FrmSkullTest, CancelSetsTheCancelFlag)
 {
-    ResetSharedState();
-    ResetComms();
-    ResetLinkHooks();
-    InstallLinkUi(nullptr);
     frmSkullLoad();
     frmSkull.lblSkull = QStringLiteral("Line one\r\nLine two");
     WhenSkullIsUp([](FrmSkull &dlg) {
@@ -86,8 +93,4 @@ TEST(FrmSkull, CancelSetsTheCancelFlag)
     EXPECT_EQ(frmSkull.Tag, QStringLiteral("Cancel"));
     EXPECT_TRUE(gblnCancel);
     frmSkullUnload();
-    ResetComms();
-    ResetLinkHooks();
-    SetSerialDeviceFactory({});
-    ResetSharedState();
 }

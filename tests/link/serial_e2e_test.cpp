@@ -109,6 +109,17 @@ struct RealLink {
     }
 };
 
+// Sends `frames` frames of 16 steps, never more than two out, and waits for every reply.
+bool StreamFrames(int frames)
+{
+    for (int i = 0; i < frames; ++i) {
+        if (gintBuffersOut >= 2 && !blnGetReplies(false))
+            return false;
+        SendFrame(RapidFrame(16));
+    }
+    return blnGetReplies(true);
+}
+
 // Pumps until `done` or `ms` have passed.
 template <typename F> bool PumpUntil(F done, int ms)
 {
@@ -132,13 +143,7 @@ TEST(SerialEndToEnd, StreamSpindleAndDoorThroughAPseudoTerminal)
     EXPECT_EQ(emu.status("resets"), 1);
 
     const int frames = 30;
-    for (int i = 0; i < frames; ++i) {
-        if (gintBuffersOut >= 2) {
-            ASSERT_TRUE(blnGetReplies(false));
-        }
-        SendFrame(RapidFrame(16));
-    }
-    ASSERT_TRUE(blnGetReplies(true));
+    ASSERT_TRUE(StreamFrames(frames));
     EXPECT_EQ(gintBuffersOut, 0);
     EXPECT_EQ(emu.status("pos"), frames * 16);
     EXPECT_EQ(emu.status("maxheld"), 2);
@@ -185,13 +190,7 @@ TEST(SerialEndToEnd, TheBuiltInEmulatorRunsOnTheRealClock)
     SetupComms();
     ASSERT_TRUE(link.skullTexts.isEmpty());
     EXPECT_EQ(link.panel[QStringLiteral("door")], QStringLiteral("Door Closed"));
-    for (int i = 0; i < 6; ++i) {
-        if (gintBuffersOut >= 2) {
-            ASSERT_TRUE(blnGetReplies(false));
-        }
-        SendFrame(RapidFrame(16));
-    }
-    ASSERT_TRUE(blnGetReplies(true));
+    ASSERT_TRUE(StreamFrames(6));
     SpindleStart();
     EXPECT_TRUE(gblnSpindleOn);
     SpindleStop();
