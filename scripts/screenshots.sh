@@ -36,7 +36,7 @@ crop first-run.png
 kill $APP
 
 # The busy book while a file is read.
-BRANTOK_STORE="$TMP/set.conf" "./$BUILD/tests/core/ui_showcase" busy >/dev/null 2>&1 &
+BRANTOK_STORE="$TMP/set.conf" "./$BUILD/showcase/ui_showcase" busy >/dev/null 2>&1 &
 APP=$!
 sleep 1.5
 crop busy.png

@@ -31,24 +31,21 @@ void ClickCell(ToolGrid &grid, int row, int col)
     QTableWidget *table = grid.table();
     const QPoint at = table->visualRect(table->model()->index(row - 1, col)).center();
     QWidget *viewport = table->viewport();
-    QMouseEvent press(QEvent::MouseButtonPress, at, viewport->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
-                      Qt::NoModifier);
-    QApplication::sendEvent(viewport, &press);
-    QMouseEvent release(QEvent::MouseButtonRelease, at, viewport->mapToGlobal(at), Qt::LeftButton, Qt::NoButton,
-                        Qt::NoModifier);
-    QApplication::sendEvent(viewport, &release);
+    for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        const Qt::MouseButtons held = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+        QMouseEvent e(type, at, viewport->mapToGlobal(at), Qt::LeftButton, held, Qt::NoModifier);
+        QApplication::sendEvent(viewport, &e);
+    }
 }
 
 void Type(QWidget *box, const QString &text)
 {
     for (QChar c : text) {
-        int key = c.toUpper().unicode();
-        if (c == u'\b')
-            key = Qt::Key_Backspace;
-        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QString(c));
-        QApplication::sendEvent(box, &press);
-        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, QString(c));
-        QApplication::sendEvent(box, &release);
+        const int key = c == u'\b' ? int(Qt::Key_Backspace) : c.toUpper().unicode();
+        for (QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent e(type, key, Qt::NoModifier, QString(c));
+            QApplication::sendEvent(box, &e);
+        }
     }
 }
 
@@ -59,6 +56,14 @@ QStringList Column(ToolGrid &grid, int col)
     QStringList out;
     for (int r = 1; r <= gintToolRows; ++r)
         out << grid.TextMatrix(r, col);
+    return out;
+}
+
+QStringList Row(ToolGrid &grid, int row)
+{
+    QStringList out;
+    for (int c = 0; c < 5; ++c)
+        out << grid.TextMatrix(row, c);
     return out;
 }
 

@@ -6,7 +6,6 @@
 #include "tools/tooldatapanel.h"
 #include "tools/toolgrid.h"
 
-#include <QString>
 #include <QStringList>
 #include <QWidget>
 
@@ -15,9 +14,6 @@
 #include <functional>
 #include <memory>
 #include <vector>
-
-class QLineEdit;
-class QWidget;
 
 struct ToolSpec {
     int number;
@@ -36,6 +32,8 @@ void Type(QWidget *box, const QString &text);
 void WhenDialogUp(std::function<void()> act);
 // Column `col` of the data rows 1..gintToolRows.
 QStringList Column(ToolGrid &grid, int col);
+// The five cells of grid row `row`.
+QStringList Row(ToolGrid &grid, int row);
 
 class ToolScreens : public ::testing::Test {
 protected:

@@ -42,15 +42,6 @@ TEST(ToolTable, SaveRoundsToThreeDecimalsAndKeepsOldRecords)
     EXPECT_FLOAT_EQ(gtypTools(1).sngDiameter, 1.235f);
 }
 
-TEST(ToolTable, EmptyOrAbsentCountIsAnEmptyTable)
-{
-    TempStore store;
-    ToolDataLoad();
-    EXPECT_EQ(gintToolCount, 0);
-    EXPECT_EQ(intToolGetId(1), 0);
-    EXPECT_EQ(strToolValueName(100), QStringLiteral("Tool100"));
-}
-
 TEST(ToolTable, DamagedRecordsEndInTheTrap)
 {
     struct Case { const char *ini; int number; };
@@ -71,9 +62,13 @@ TEST(ToolTable, DamagedRecordsEndInTheTrap)
     }
 }
 
-TEST(ToolTable, FieldsThatAreNotNumbersReadAsZero)
+TEST(ToolTable, AbsentCountIsAnEmptyTableAndFieldsThatAreNotNumbersReadAsZero)
 {
     TempStore store;
+    ToolDataLoad();
+    EXPECT_EQ(gintToolCount, 0);
+    EXPECT_EQ(intToolGetId(1), 0);
+    EXPECT_EQ(strToolValueName(100), QStringLiteral("Tool100"));
     store.writeRaw("[General]\nToolCount=1\nTool01=x|End mill|y|z\n");
     ToolDataLoad();
     EXPECT_EQ(gtypTools(1).intNumber, 0);
