@@ -67,6 +67,39 @@ long long StatusValue(QProcess &p, const char *key)
     return -1;
 }
 
+// Starts the emulator program on a pseudo-terminal and points COM1 and the store (in `dir`)
+// at it. False, with the benchmark skipped, when the program did not start.
+bool StartEmulator(QProcess &emu, const QTemporaryDir &dir, benchmark::State &state)
+{
+    emu.setProgram(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-emulator"));
+    emu.start();
+    if (!emu.waitForStarted(5000) || !emu.waitForReadyRead(5000)) {
+        state.SkipWithError("brantok-emulator did not start");
+        return false;
+    }
+    const QByteArray path = emu.readLine().trimmed();
+    qputenv("BRANTOK_STORE", (dir.path() + QStringLiteral("/Brantok.conf")).toLocal8Bit());
+    qputenv("BRANTOK_COM1", path);
+    qputenv("BRANTOK_ASSUME_DSR", "1");
+    return true;
+}
+
+// Brings the link up online on COM1 through the real serial port code. An alarm goes
+// offline. False, with the benchmark skipped, when the link did not come up.
+bool LinkUp(benchmark::State &state)
+{
+    InstallSerialDevices();
+    linkHooks().showSkull = [] { frmSkull.chkOffline = true; frmSkull_cmdOk_Click(); };
+    RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM1"));
+    gblnOnline = true;
+    SetupComms();
+    if (!gblnOnline || !comSerial()) {
+        state.SkipWithError("the link did not come up");
+        return false;
+    }
+    return true;
+}
+
 void BM_RapidTurnAround(benchmark::State &state)
 {
     const int frames = static_cast<int>(state.range(0));
@@ -76,26 +109,11 @@ void BM_RapidTurnAround(benchmark::State &state)
     long long lateUs = 0;
     for (auto _ : state) {
         QProcess emu;
-        emu.setProgram(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-emulator"));
-        emu.start();
-        if (!emu.waitForStarted(5000) || !emu.waitForReadyRead(5000)) {
-            state.SkipWithError("brantok-emulator did not start");
-            return;
-        }
-        const QByteArray path = emu.readLine().trimmed();
         QTemporaryDir dir;
-        qputenv("BRANTOK_STORE", (dir.path() + QStringLiteral("/Brantok.conf")).toLocal8Bit());
-        qputenv("BRANTOK_COM1", path);
-        qputenv("BRANTOK_ASSUME_DSR", "1");
-        InstallSerialDevices();
-        linkHooks().showSkull = [] { frmSkull.chkOffline = true; frmSkull_cmdOk_Click(); };
-        RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM1"));
-        gblnOnline = true;
-        SetupComms();
-        if (!gblnOnline || !comSerial()) {
-            state.SkipWithError("the link did not come up");
+        if (!StartEmulator(emu, dir, state))
             return;
-        }
+        if (!LinkUp(state))
+            return;
         int64_t lastArrival = 0;
         QObject::connect(comSerial(), &SerialPort::received, comSerial(), [&] { lastArrival = steadyNs(); });
 
@@ -155,17 +173,9 @@ void BM_StreamProgram(benchmark::State &state)
     long long lateUs = -1;
     for (auto _ : state) {
         QProcess emu;
-        emu.setProgram(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-emulator"));
-        emu.start();
-        if (!emu.waitForStarted(5000) || !emu.waitForReadyRead(5000)) {
-            state.SkipWithError("brantok-emulator did not start");
-            return;
-        }
-        const QByteArray path = emu.readLine().trimmed();
         QTemporaryDir dir;
-        qputenv("BRANTOK_STORE", (dir.path() + QStringLiteral("/Brantok.conf")).toLocal8Bit());
-        qputenv("BRANTOK_COM1", path);
-        qputenv("BRANTOK_ASSUME_DSR", "1");
+        if (!StartEmulator(emu, dir, state))
+            return;
         RegistryValuePut(QStringLiteral("RapidSpeed"), QStringLiteral("700"));
         RegistryValuePut(QStringLiteral("KeepFiles"), QStringLiteral("Yes"));
         ReadStartSettings();
@@ -184,20 +194,13 @@ void BM_StreamProgram(benchmark::State &state)
         ReadCommands(file);
         EvaluateCommands();
 
-        InstallSerialDevices();
-        linkHooks().showSkull = [] { frmSkull.chkOffline = true; frmSkull_cmdOk_Click(); };
         streamHooks().millPrompt = [](const QString &) {
             gintCurrentTool = gintNextTool;
             SpindleStart();
             return QString();
         };
-        RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM1"));
-        gblnOnline = true;
-        SetupComms();
-        if (!gblnOnline || !comSerial()) {
-            state.SkipWithError("the link did not come up");
+        if (!LinkUp(state))
             return;
-        }
         glngPosX = glngPosY = glngPosZ = 0;
         gintCurrentTool = gintNextTool = 0;
         gblnCancel = false;
@@ -245,26 +248,11 @@ void BM_JogRapid(benchmark::State &state)
     int32_t counted = 0;
     for (auto _ : state) {
         QProcess emu;
-        emu.setProgram(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-emulator"));
-        emu.start();
-        if (!emu.waitForStarted(5000) || !emu.waitForReadyRead(5000)) {
-            state.SkipWithError("brantok-emulator did not start");
-            return;
-        }
-        const QByteArray path = emu.readLine().trimmed();
         QTemporaryDir dir;
-        qputenv("BRANTOK_STORE", (dir.path() + QStringLiteral("/Brantok.conf")).toLocal8Bit());
-        qputenv("BRANTOK_COM1", path);
-        qputenv("BRANTOK_ASSUME_DSR", "1");
-        InstallSerialDevices();
-        linkHooks().showSkull = [] { frmSkull.chkOffline = true; frmSkull_cmdOk_Click(); };
-        RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM1"));
-        gblnOnline = true;
-        SetupComms();
-        if (!gblnOnline || !comSerial()) {
-            state.SkipWithError("the link did not come up");
+        if (!StartEmulator(emu, dir, state))
             return;
-        }
+        if (!LinkUp(state))
+            return;
         int64_t lastArrival = 0;
         QObject::connect(comSerial(), &SerialPort::received, comSerial(), [&] { lastArrival = steadyNs(); });
         int16_t lastOut = 0;
