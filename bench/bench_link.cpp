@@ -100,6 +100,33 @@ bool LinkUp(benchmark::State &state)
     return true;
 }
 
+// Reads the emulator program's step count, dry runs (less the one at the end of the move)
+// and worst wake-up lateness, then takes the link down and ends the program.
+void StopEmulator(QProcess &emu, long long &steps, long long &dry, long long &lateUs)
+{
+    steps = StatusValue(emu, "pos");
+    dry = StatusValue(emu, "dry") - 1;   // the end of the move is no dry run
+    lateUs = StatusValue(emu, "late_max_us");
+    ResetComms();
+    emu.write("quit\n");
+    emu.waitForFinished(3000);
+}
+
+// Median, 99th percentile and worst of the reply-to-next-frame times, microseconds.
+void LatencyCounters(benchmark::State &state, std::vector<double> &latencyUs)
+{
+    std::sort(latencyUs.begin(), latencyUs.end());
+    auto pct = [&](double p) {
+        if (latencyUs.empty())
+            return 0.0;
+        size_t i = static_cast<size_t>(p * static_cast<double>(latencyUs.size() - 1) + 0.5);
+        return latencyUs[i];
+    };
+    state.counters["p50_us"] = pct(0.50);
+    state.counters["p99_us"] = pct(0.99);
+    state.counters["max_us"] = latencyUs.empty() ? 0.0 : latencyUs.back();
+}
+
 void BM_RapidTurnAround(benchmark::State &state)
 {
     const int frames = static_cast<int>(state.range(0));
@@ -133,23 +160,9 @@ void BM_RapidTurnAround(benchmark::State &state)
                 latencyUs.push_back(static_cast<double>(steadyNs() - lastArrival) / 1000.0);
         }
         blnGetReplies(true);
-        steps = StatusValue(emu, "pos");
-        dry = StatusValue(emu, "dry") - 1;   // the end of the move is no dry run
-        lateUs = StatusValue(emu, "late_max_us");
-        ResetComms();
-        emu.write("quit\n");
-        emu.waitForFinished(3000);
+        StopEmulator(emu, steps, dry, lateUs);
     }
-    std::sort(latencyUs.begin(), latencyUs.end());
-    auto pct = [&](double p) {
-        if (latencyUs.empty())
-            return 0.0;
-        size_t i = static_cast<size_t>(p * static_cast<double>(latencyUs.size() - 1) + 0.5);
-        return latencyUs[i];
-    };
-    state.counters["p50_us"] = pct(0.50);
-    state.counters["p99_us"] = pct(0.99);
-    state.counters["max_us"] = latencyUs.empty() ? 0.0 : latencyUs.back();
+    LatencyCounters(state, latencyUs);
     state.counters["dry_runs"] = static_cast<double>(dry);
     state.counters["frames"] = frames;
     // How late the emulator program itself woke at worst: dry runs with a large value here
@@ -276,23 +289,9 @@ void BM_JogRapid(benchmark::State &state)
         KeyControl();
         SetPumpHook({});
         counted = glngPosX;
-        steps = StatusValue(emu, "pos");
-        dry = StatusValue(emu, "dry") - 1;   // the end of the move is no dry run
-        lateUs = StatusValue(emu, "late_max_us");
-        ResetComms();
-        emu.write("quit\n");
-        emu.waitForFinished(3000);
+        StopEmulator(emu, steps, dry, lateUs);
     }
-    std::sort(latencyUs.begin(), latencyUs.end());
-    auto pct = [&](double p) {
-        if (latencyUs.empty())
-            return 0.0;
-        size_t i = static_cast<size_t>(p * static_cast<double>(latencyUs.size() - 1) + 0.5);
-        return latencyUs[i];
-    };
-    state.counters["p50_us"] = pct(0.50);
-    state.counters["p99_us"] = pct(0.99);
-    state.counters["max_us"] = latencyUs.empty() ? 0.0 : latencyUs.back();
+    LatencyCounters(state, latencyUs);
     state.counters["dry_runs"] = static_cast<double>(dry);
     state.counters["frames"] = static_cast<double>(latencyUs.size());
     state.counters["emu_late_max_us"] = static_cast<double>(lateUs);
