@@ -8,14 +8,9 @@
 
 #include <cstdint>
 
-// --- Recent files (replaced by the recent-files part).
-void MRUGetFileList();                                  // fills mnuMMru from the store
-void MRUSaveFileList();                                 // writes mnuMMru back
-void mnuMMru_Click(int intIndex);                       // LaunchFile(its Tag, Index)
-
-// --- File choice and import (replaced by the file selection part).
-void LaunchFile(const QString &strFile, int16_t intMRUIndex);   // into the set-up wizard
-void mnuTimport_Click();
+// --- Recent files, file choice and import: declared in their own headers, stand-ins here.
+#include "files/filechoice.h"
+#include "files/recent.h"
 
 // --- Machining set-up wizard, offset wizard, billet help.
 void ShowSetMill();
