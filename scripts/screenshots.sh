@@ -8,8 +8,8 @@ BUILD=${1:-build}
 OUT=docs/screenshots
 mkdir -p "$OUT"
 TMP=$(mktemp -d)
-export DISPLAY=:97
-Xvfb :97 -screen 0 1024x768x24 >/dev/null 2>&1 &
+export DISPLAY=${BRANTOK_DISPLAY:-:97}
+Xvfb "$DISPLAY" -screen 0 1024x768x24 >/dev/null 2>&1 &
 XVFB=$!
 trap 'kill $XVFB 2>/dev/null; rm -rf "$TMP"' EXIT
 sleep 1
