@@ -1,5 +1,6 @@
 // frmMill, the in-run prompts. See frm_mill.h.
 #include "guide/frm_mill.h"
+#include "guide/rich_page.h"
 
 #include "core/frm_main.h"
 #include "core/logger.h"
@@ -22,25 +23,7 @@ namespace {
 
 FrmMill *g_frmMill = nullptr;
 
-// The page's colours: the colour table black, blue, red.
-const char *const kBlue = "#0000ff";
-const char *const kRed = "#ff0000";
-
-QString Esc(const QString &s) { return s.toHtmlEscaped(); }
-
-// A plain paragraph, left indent 100 twips.
-QString Para(const QString &html) { return QStringLiteral("<p style=\"margin-left:7px\">") + html + QStringLiteral("</p>"); }
-
-// A numbered line with its hanging indent: first line -220 twips, left 320 twips.
-QString Numbered(const QString &html)
-{
-    return QStringLiteral("<p style=\"margin-left:21px; text-indent:-15px\">") + html + QStringLiteral("</p>");
-}
-
-QString Coloured(const char *colour, const QString &text)
-{
-    return QStringLiteral("<span style=\"color:") + QString::fromLatin1(colour) + QStringLiteral("\">") + Esc(text) + QStringLiteral("</span>");
-}
+using namespace page;
 
 const QString kClosing = QStringLiteral("When the task is completed, click DONE.");
 
