@@ -5,6 +5,8 @@
 #pragma once
 
 #include "core/main_panels.h"
+#include "guide/method_panel.h"
+#include "guide/setmill_panel.h"
 #include "link/keyboard_panel.h"
 #include "tools/tooldatapanel.h"
 #include "platform/forms.h"

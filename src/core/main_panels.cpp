@@ -50,27 +50,6 @@ QLabel *title(QWidget *parent, const char *name, const QString &text, int x, int
 
 } // namespace
 
-PicSetMill::PicSetMill(QWidget *parent) : QFrame(parent)
-{
-    card(this, "picSetMill", QStringLiteral("Machining set-up"), 540, 430);
-    lblStepTitle = title(this, "lblStepTitle", QString(), 18, 12, 504);
-    rtbStep = readOnlyText(this, "rtbStep", QStringLiteral("Step"));
-    rtbStep->setGeometry(18, 46, 504, 310);
-    picNav = named(new QFrame(this), "picNav", QStringLiteral("Wizard navigation"));
-    picNav->setGeometry(10, 368, 520, 52);
-    const char *nav[] = {"< &Back", "&Next >", "&Cancel"};
-    for (int i = 0; i < 3; ++i) {
-        auto *b = named(new QPushButton(QString::fromLatin1(nav[i]), picNav), "cmdSetNav",
-                        QString::fromLatin1(nav[i]).remove(u'&'));
-        b->setGeometry(8 + i * 112, 10, 104, 32);
-        cmdSetNav[static_cast<size_t>(i)] = b;
-    }
-    imgWait = named(new QLabel(picNav), "imgWait", QStringLiteral("Busy"));
-    imgWait->setFixedSize(BookFrame(0).size());
-    imgWait->move(picNav->width() - imgWait->width(), (picNav->height() - imgWait->height()) / 2);
-    imgWait->hide();
-}
-
 PicMachining::PicMachining(QWidget *parent) : QFrame(parent)
 {
     card(this, "picMachining", QStringLiteral("Machining"), 700, 450);
@@ -101,23 +80,6 @@ PicOffset::PicOffset(QWidget *parent) : QFrame(parent)
     lblOffStepTitle = title(this, "lblOffStepTitle", QString(), 18, 12, 540);
     rtbOffset = readOnlyText(this, "rtbOffset", QStringLiteral("Offset step"));
     rtbOffset->setGeometry(18, 46, 544, 366);
-}
-
-PicMethod::PicMethod(QWidget *parent) : QFrame(parent)
-{
-    card(this, "picMethod", QStringLiteral("The next part"), 540, 320);
-    lblMethod = title(this, "lblMethod", QString(), 18, 12, 504);
-    const std::pair<const char *, const char *> buttons[] = {{"&Repeat Part", "cmdMethodRepeat"},
-                                                             {"&New Part", "cmdMethodNew"},
-                                                             {"&Fresh Start", "cmdMethodNorm"},
-                                                             {"&Cancel", "cmdMethodCancel"}};
-    QPushButton **targets[] = {&cmdMethodRepeat, &cmdMethodNew, &cmdMethodNorm, &cmdMethodCancel};
-    for (int i = 0; i < 4; ++i) {
-        QString caption = QString::fromLatin1(buttons[i].first);
-        auto *b = named(new QPushButton(caption, this), buttons[i].second, QString(caption).remove(u'&'));
-        b->setGeometry(18, 56 + i * 62, 130, 34);
-        *targets[i] = b;
-    }
 }
 
 PicBilletSize::PicBilletSize(QWidget *parent) : QFrame(parent)

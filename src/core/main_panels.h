@@ -74,16 +74,7 @@ protected:
 
 // Mode 2: manual control is the manual screen's own panel (link/keyboard_panel.h).
 
-// Mode 3: the machining set-up wizard. The navigation strip carries the busy book.
-class PicSetMill : public QFrame {
-public:
-    explicit PicSetMill(QWidget *parent);
-    QLabel *lblStepTitle;
-    QTextEdit *rtbStep;
-    QFrame *picNav;
-    QLabel *imgWait;
-    std::array<QPushButton *, 3> cmdSetNav{};
-};
+// Mode 3: the machining set-up wizard is the wizard's own panel (guide/setmill_panel.h).
 
 // Mode 5: the tool table is the tool screens' own panel (tools/tooldatapanel.h).
 
@@ -105,16 +96,7 @@ public:
     QTextEdit *rtbOffset;
 };
 
-// Mode 8: the subsequent-part choice.
-class PicMethod : public QFrame {
-public:
-    explicit PicMethod(QWidget *parent);
-    QLabel *lblMethod;
-    QPushButton *cmdMethodRepeat;
-    QPushButton *cmdMethodNew;
-    QPushButton *cmdMethodNorm;
-    QPushButton *cmdMethodCancel;
-};
+// Mode 8: the subsequent-part choice is its own panel (guide/method_panel.h).
 
 // Billet help, over whatever screen is up.
 class PicBilletSize : public QFrame {

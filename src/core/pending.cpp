@@ -28,22 +28,11 @@ void LaunchFile(const QString &, int16_t) {}
 void mnuTimport_Click() {}
 
 
-void ShowSetMill() {}
-// Every step change stops the busy book. Step 10 ("Cancel: Return to Menu") leads to the
-// menu: without the wizard's page, at once.
-void SetSetStep(int16_t intStep)
-{
-    PageTurnStop();
-    if (intStep == 10)
-        ShowMenu(QString());
-}
 void ShowOffset() {}
 void SetOffStep(int16_t) {}
 // Without the wizards a task can't have been theirs; should one end here, the menu.
-void ReturnToSetMill(int16_t) { ShowMenu(QString()); }
 void ReturnToOffset() { ShowMenu(QString()); }
 void ShowBillet(const QString &) {}
-void ShowMethod() { SetMode(8); }   // the subsequent-part screen, as it stands
 
 
 // The editor's unload gives the main menu back with SetMode(1); with no editor, at once.

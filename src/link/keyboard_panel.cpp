@@ -6,6 +6,7 @@
 #include "core/frm_splash.h"
 #include "core/logger.h"
 #include "core/pending.h"
+#include "guide/setmill.h"
 #include "core/state.h"
 #include "link/keycontrol.h"
 #include "link/link_screen.h"

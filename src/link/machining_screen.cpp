@@ -3,6 +3,8 @@
 
 #include "core/frm_main.h"
 #include "core/pending.h"
+#include "guide/method_panel.h"
+#include "guide/setmill.h"
 #include "guide/frm_mill.h"
 #include "link/link_screen.h"
 #include "link/spindle.h"

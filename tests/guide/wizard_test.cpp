@@ -1,0 +1,281 @@
+// The set-up wizard's words, its ways out and its bad inputs, and the subsequent-part choice.
+// The flows run on the real forms with the emulator on the fake clock (wizard_world.h).
+#include "guide/wizard_world.h"
+
+#include "core/frm_splash.h"
+#include "core/hooks.h"
+#include "guide/setmill.h"
+#include "guide/setmill_pages.h"
+#include "link/keyboard_panel.h"
+#include "link/stream.h"
+#include "nc/commands.h"
+#include "tools/toolgrid.h"
+#include "tools/tooltable.h"
+
+#include <QFile>
+#include <QGroupBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTextDocument>
+#include <QTextEdit>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QString Plain(const QString &html)
+{
+    QTextDocument d;
+    d.setHtml(html);
+    return d.toPlainText();
+}
+
+const QByteArray kSmall = "%\r\n* Billet length 40\r\n* Billet width 30\r\n* Billet depth 0\r\n"
+                          "N10 T2\r\nN20 S1000\r\nN30 G0 X2 Y2 Z1\r\nN40 G1 Z-0.2 F100\r\nN50 G0 Z2\r\n";
+
+// To step 3's page, the billet secured: menu, Mill, Next, the file, Yes, Next, the task.
+void ToToolStep(WizardWorld &w, const QByteArray &program = kSmall)
+{
+    w.setUp();
+    w.goOnline();
+    w.chosenFile = w.writeFile(QStringLiteral("small.brx"), program);
+    SetMode(1);
+    w.f->MenuAction(QStringLiteral("Mill"));
+    w.nav(3);
+    w.nav(3);
+    w.nav(3);
+    w.task();
+}
+
+} // namespace
+
+TEST(WizardPages, WordForWordWithTheirColours)
+{
+    gsngBilletLength = 40;
+    gsngBilletWidth = 30;
+    gsngBilletDepth = 0;   // a size of 0 leaves the size out
+    const struct {
+        int16_t step;
+        bool fresh, back, unknown;
+        const char *text;
+    } cases[] = {
+        {0, true, false, false,
+         "In the window which follows:\n1)  choose a milling data file;\n2)  check the file header information, "
+         "especially billet size;\n3)  click OPEN to prepare for machining the part.\nClick NEXT when you are ready "
+         "to choose a file\nor click CANCEL to return to the Main Menu."},
+        {1, true, false, true,
+         "WARNING: at least one required tool has an unknown offset.\nclick GET OFFSETS to measure them now\nor click "
+         "BACK to select a different file\nor click CANCEL to return to the Main Menu."},
+        {2, false, false, false,
+         "Using the manual control screen which follows you will:\n1) safety of hands: remove any cutter from the "
+         "head;\n2) secure a billet to the mill table in exactly the same position as the previous billet.\nClick NEXT "
+         "when you are ready to continue.\nor click BACK to select a different file\nor click CANCEL to return to the "
+         "Main Menu."},
+        {5, true, true, false,
+         "\n\n\nUse the following manual control screen to locate the FRONT of the billet.\nClick NEXT when you are "
+         "ready to continue\nor click BACK to re-locate the LEFT HAND END of the billet\nor click CANCEL to return to "
+         "the Main Menu."},
+        {6, true, false, false,
+         "\n\n\n1) The Y origin has been set.\n2) This completes the setting of the X, Y and Z axis origins.\n3) Use "
+         "the following manual control screen to raise the cutter.\nClick NEXT when you are ready to continue\nor "
+         "click BACK to re-locate the FRONT of the billet\nor click CANCEL to return to the Main Menu."},
+        {7, true, false, false,
+         "Safety: be vigilant during machining, especially at the start and immediately after a tool change. If "
+         "things do not go as expected hit the red Emergency Stop Button on the machine or Esc on the PC keyboard.\n"
+         "While this window is displayed:\n1) check the spindle motor switch is in position CNC;\n2) safety: note the "
+         "red Emergency Stop Button..\nClick START when you are ready to begin machining.\nor click BACK to raise the "
+         "cutter\nor click CANCEL to return to the Main Menu."},
+        {10, true, false, false,
+         "Safety: turn the spindle motor switch to position 0.\nClick OK when you are ready to return to the Main Menu."},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(Plain(strSetStepPage(c.step, c.fresh, c.back, c.unknown)), QString::fromLatin1(c.text)) << c.step;
+    // Safety lines in red, what to click in blue, "must" in bold italic.
+    EXPECT_TRUE(strSetStepPage(7, true, false, false)
+                    .contains(QStringLiteral("color:#ff0000\">safety: note the red Emergency Stop Button.</span>.")));
+    EXPECT_TRUE(strSetStepPage(10, true, false, false)
+                    .contains(QStringLiteral("color:#0000ff\">Click OK when you are ready to return to the Main Menu.")));
+    EXPECT_EQ(Plain(strSetWarning()), QStringLiteral("Warning: if a mill axis hits an end stop after any of the "
+                                                     "following steps, you must go BACK and repeat the setting step "
+                                                     "for that axis."));
+    EXPECT_TRUE(strSetWarning().contains(QStringLiteral("<b><i>must</i></b>")));
+    EXPECT_EQ(Plain(strSetTask(4, true)),
+              QStringLiteral("1) Click the green button to start the spindle.\n2) Adjust the spindle speed to its "
+                             "lowest setting.\n3) Move the cutter until it just scratches the TOP of the billet.\n"
+                             "When the task is completed, click DONE."));
+    EXPECT_TRUE(strSetTask(7, false).isEmpty());   // retained: the cutter stays where the last run left it
+}
+
+TEST(WizardFlow, ACancelledDialogComesBackToStepOneAndAFaultyFileIsCorrectedAndReadAgain)
+{
+    WizardWorld w;
+    w.setUp();
+    SetMode(1);
+    w.f->MenuAction(QStringLiteral("Mill"));
+    w.nav(3);   // the dialog answers Cancel
+    EXPECT_EQ(gintSetStep, 0);
+    EXPECT_EQ(w.f->windowTitle(), QStringLiteral("Brantok for the Emco F1 Mill - "));
+    EXPECT_FALSE(w.f->picSetMill->cmdSetNav[2]->isEnabled());
+
+    // A bad word on line 3: the correction window mends the file, the reader reads it again.
+    w.chosenFile = w.writeFile(QStringLiteral("bad.brx"), QByteArray(kSmall).replace("N40 G1", "N40 G7"));
+    QStringList faults;
+    uiHooks().correctFile = [&](const QString &file, const QString &error, const QString &) {
+        faults << error;
+        QFile f(file);
+        f.open(QIODevice::WriteOnly);
+        f.write(kSmall);
+        return QStringLiteral("Ok");
+    };
+    w.nav(3);
+    EXPECT_EQ(faults.size(), 1);
+    EXPECT_EQ(gintSetStep, 1);
+    EXPECT_EQ(gintMode, 3);
+
+    // Given up in the correction window: the menu.
+    w.nav(2);
+    EXPECT_EQ(gintSetStep, 0);
+    w.writeFile(QStringLiteral("bad.brx"), QByteArray(kSmall).replace("N40 G1", "N40 G7"));
+    uiHooks().correctFile = [](const QString &, const QString &, const QString &) { return QStringLiteral("Cancel"); };
+    w.nav(3);
+    EXPECT_EQ(gintMode, 1);
+    EXPECT_TRUE(w.emu == nullptr || w.emu->written().isEmpty());
+}
+
+TEST(WizardFlow, AnUnknownOffsetBarsStepTwoExceptThroughGetOffsets)
+{
+    WizardWorld w;
+    w.setUp();
+    gtypTools(2).sngOffset = -2000.0f;
+    w.chosenFile = w.writeFile(QStringLiteral("small.brx"), kSmall);
+    SetMode(1);
+    w.f->MenuAction(QStringLiteral("Mill"));
+    w.nav(3);
+    ASSERT_EQ(gintSetStep, 1);
+    PicSetMill *p = w.f->picSetMill;
+    EXPECT_FALSE(p->cmdSetNav[3]->isEnabled());
+    EXPECT_EQ(p->cmdSetNav[0]->text(), QStringLiteral("&Get Offsets"));
+    EXPECT_FALSE(p->cmdSetNav[0]->isHidden());
+    EXPECT_EQ(gintToolRows, 1);   // only the program's tool is listed
+    w.nav(0);
+    EXPECT_FALSE(gblnSetupWizard);
+    EXPECT_TRUE(w.f->tmrGetOffset->isActive());
+}
+
+TEST(WizardFlow, EscStopsTheReadingAndTheAnalysisOfALongProgram)
+{
+    QByteArray big = "%\r\n* long\r\nN1 T1\r\nN2 S1000\r\nN3 G0 X0 Y0 Z1\r\nN4 G1 Z-0.1 F300\r\n";
+    for (int i = 0; i < 20000; ++i)
+        big += "N" + QByteArray::number(i + 5) + " G1 X" + QByteArray::number(i % 2 ? 10 : 0) + " Y" +
+               QByteArray::number((i % 200) * 0.1) + "\r\n";
+    for (int stage : {8, 9}) {
+        WizardWorld w;
+        w.setUp();
+        w.chosenFile = w.writeFile(QStringLiteral("big.brx"), big);
+        SetMode(1);
+        w.f->MenuAction(QStringLiteral("Mill"));
+        if (stage == 9) {
+            w.nav(3);
+            ASSERT_EQ(gintSetStep, 1);
+        }
+        int turns = 0;
+        bool progressShown = false;
+        w.onPump = [&] {
+            progressShown = progressShown || !w.f->picSetMill->pgbProgress->isHidden();
+            if (++turns == 2000)
+                w.f->Form_KeyDown(27, 0);
+        };
+        w.nav(3);
+        w.onPump = nullptr;
+        EXPECT_EQ(turns >= 2000, true) << stage;
+        if (stage == 9) {
+            EXPECT_TRUE(progressShown);
+            EXPECT_TRUE(w.f->tmrShowMenu->isActive());
+            w.f->tmrShowMenu_Timer();
+        }
+        EXPECT_EQ(gintMode, 1) << stage;
+    }
+}
+
+TEST(WizardFlow, EscInATaskStepsBackAndCancelAfterTheToolWentInAsksForTheSpindleSwitch)
+{
+    WizardWorld w;
+    ToToolStep(w);
+    ASSERT_EQ(gintSetStep, 3);
+    w.nav(3);
+    w.task({VK_NEXT, VK_NUMPAD9}, 200);   // Z set at the top
+    w.nav(3);
+    w.task({VK_RIGHT, VK_NUMPAD9}, 200);  // X set
+    ASSERT_EQ(gintSetStep, 5);
+    EXPECT_EQ(glngPosX, -108);   // the program's first tool, T2, is 3 mm across
+    // Esc while locating the front, after moving X: back to step 5's page, which sets X
+    // again where the cutter now stands.
+    w.nav(3);
+    const int64_t xBefore = w.emu->controller().posX();
+    w.task({VK_RIGHT, VK_NUMPAD9}, 100, true);
+    EXPECT_GT(w.emu->controller().posX(), xBefore);
+    EXPECT_EQ(gintSetStep, 5);
+    EXPECT_EQ(glngPosX, -108);
+    EXPECT_FALSE(w.f->picSetMill->isHidden());
+    EXPECT_TRUE(w.f->picKeyboard->isHidden());
+    EXPECT_FALSE(w.f->picSetMill->rtbWarn->isHidden());
+    // Cancel: the spindle switch first, then only Ok, which leads to the menu.
+    gblnCancel = false;
+    w.nav(1);
+    EXPECT_EQ(gintSetStep, 10);
+    EXPECT_FALSE(gblnToolInserted);
+    EXPECT_TRUE(gblnCancel);
+    EXPECT_EQ(w.title(), QStringLiteral("Cancel: Return to Menu"));
+    PicSetMill *p = w.f->picSetMill;
+    for (int i : {0, 1, 2, 4})
+        EXPECT_TRUE(p->cmdSetNav[static_cast<size_t>(i)]->isHidden()) << i;
+    EXPECT_EQ(p->cmdSetNav[3]->text(), QStringLiteral("&Ok"));
+    w.nav(3);
+    EXPECT_EQ(gintMode, 1);
+}
+
+TEST(WizardFlow, NewPartKeepsTheOriginsAndBackFromTheLastStepMakesTheRunFreshAgain)
+{
+    WizardWorld w;
+    ToToolStep(w);
+    glngPosX = 100;
+    glngPosY = 200;
+    glngPosZ = 300;
+    gsngOriginToolOffset = 7.0f;
+    ShowMethod();
+    EXPECT_EQ(gintMode, 8);
+    w.f->picMethod->cmdMethodNew->click();
+    EXPECT_TRUE(gblnNewPart);
+    EXPECT_EQ(gintSetStep, 0);
+    w.nav(3);
+    w.nav(3);
+    ASSERT_EQ(gintSetStep, 2);
+    EXPECT_TRUE(w.f->picSetMill->cmdExplain->isHidden());   // retained: no billet button
+    w.nav(3);
+    w.task();
+    EXPECT_EQ(w.title(), QStringLiteral("Step 4: Insert the Cutting Tool"));
+    EXPECT_TRUE(w.f->picSetMill->rtbWarn->isHidden());
+    w.nav(3);
+    EXPECT_EQ(gintSetStep, 7);
+    EXPECT_EQ(glngPosX, 100);
+    EXPECT_EQ(glngPosY, 200);
+    EXPECT_EQ(glngPosZ, 300);
+    EXPECT_EQ(gsngOriginToolOffset, 7.0f);
+    EXPECT_TRUE(w.f->picSetMill->cmdSetNav[4]->isEnabled());
+    // Back from step 8 works on the origins: a fresh run, Start off until step 8 again.
+    w.nav(2);
+    EXPECT_EQ(gintSetStep, 6);
+    EXPECT_FALSE(gblnNewPart || gblnRepeatPart);
+    EXPECT_FALSE(w.f->picSetMill->cmdSetNav[4]->isEnabled());
+    w.nav(3);   // the raising task again
+    EXPECT_EQ(gintMode, 2);
+    EXPECT_EQ(w.f->picKeyboard->rtbTask->toPlainText(),
+              QStringLiteral("Raise the cutter about 20mm above the billet;\nWhen the task is completed, click DONE."));
+    w.task();
+    EXPECT_EQ(gintSetStep, 7);
+    // Cancel on the choice: the menu.
+    ShowMethod();
+    w.f->picMethod->cmdMethodCancel->click();
+    EXPECT_EQ(gintMode, 1);
+}

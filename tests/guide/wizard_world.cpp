@@ -1,0 +1,94 @@
+#include "guide/wizard_world.h"
+
+#include "core/frm_splash.h"
+#include "files/filechoice.h"
+#include "guide/frm_mill.h"
+#include "guide/setmill.h"
+#include "link/keyboard_panel.h"
+#include "link/keycontrol.h"
+#include "link/machining_screen.h"
+#include "link/stream.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QPushButton>
+#include <QTextEdit>
+
+WizardWorld::WizardWorld()
+{
+    ResetKeyControl();
+    ResetSetMill();
+    f = frmMain();
+    f->tmrShowMenu->stop();
+    // The screens a run goes back to are the real ones; the prompts stay recorded.
+    InstallMachiningUi();
+    streamHooks().millPrompt = [this](const QString &tag) {
+        promptTags << tag;
+        return ShowMillPrompt(tag);
+    };
+    SetFileDialogScript([this](const QString &title, const QString &) {
+        dialogTitles << title;
+        return chosenFile;
+    });
+}
+
+WizardWorld::~WizardWorld()
+{
+    onPump = nullptr;
+    SetFileDialogScript({});
+    frmSplash()->tmrKeyControl->stop();
+    ResetKeyControl();
+    UnloadForms();
+}
+
+QString WizardWorld::writeFile(const QString &name, const QByteArray &text)
+{
+    const QString path = dir.path() + u'/' + name;
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(text);
+    return path;
+}
+
+void WizardWorld::nav(int i) { f->picSetMill->cmdSetNav[static_cast<size_t>(i)]->click(); }
+
+void WizardWorld::task(std::initializer_list<int> held, int ms, bool esc)
+{
+    frmSplash()->tmrKeyControl->stop();
+    const std::vector<int> down(held);
+    int n = 0;
+    onPump = [&, this] {
+        ++n;
+        if (n == 5)
+            for (int vk : down)
+                keys.Press(vk);
+        if (n == 5 + ms)
+            keys.ReleaseAll();
+        if (n > 5 + ms && gintBuffersOut == 0 && gblnKeyLoop) {
+            if (esc)
+                f->Form_KeyDown(27, 0);
+            else
+                f->picKeyboard->cmdDone->click();
+        }
+        if (n > 2000000)   // a loop that never ends: get out and let the test fail
+            gblnKeyLoop = false;
+    };
+    frmSplash()->tmrKeyControl_Timer();
+    onPump = nullptr;
+}
+
+void WizardWorld::runStarted()
+{
+    f->tmrStartMilling->stop();
+    tmrStartMilling_Timer();
+}
+
+QString WizardWorld::title() const
+{
+    return gintSetStep == 1 ? f->picSetMill->lblSetTools->text() : f->picSetMill->lblStepTitle->text();
+}
+
+QString WizardWorld::page() const
+{
+    return gintSetStep == 1 ? f->picSetMill->rtbSetTools->toPlainText() : f->picSetMill->rtbStep->toPlainText();
+}

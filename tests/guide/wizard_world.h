@@ -1,0 +1,34 @@
+// A world for the set-up wizard: the stream's world (emulator on the fake clock, frmMill's
+// buttons pressed by a watcher, boxes recorded) with the real screens a run goes back to,
+// a fake key state for the tasks on the manual screen and a scripted file dialog.
+#pragma once
+
+#include "guide/stream_world.h"
+
+#include "core/frm_main.h"
+#include "platform/keystate.h"
+
+#include <functional>
+
+struct WizardWorld : StreamWorld {
+    FakeKeyState keys;
+    ScopedKeyState scoped{&keys};
+    FrmMain *f = nullptr;
+    QString chosenFile;          // what the file dialog answers ("" for Cancel)
+    QStringList dialogTitles;    // the titles it was opened with
+
+    WizardWorld();
+    ~WizardWorld();
+
+    // Writes an NC file into the world's folder and returns its path.
+    QString writeFile(const QString &name, const QByteArray &text);
+    // Clicks navigation button i (0 Get Offsets .. 4 Start).
+    void nav(int i);
+    // Runs the task now on the manual screen: holds `keys` down for `ms` of fake time at
+    // 90 mm/min, then, once the machine stands, clicks Done (or presses Esc when `esc`).
+    void task(std::initializer_list<int> held = {}, int ms = 0, bool esc = false);
+    // The run started by Start: tmrStartMilling's tick, as the timer would give it.
+    void runStarted();
+    QString title() const;   // the step's title as shown
+    QString page() const;    // the step's page as plain text
+};
