@@ -16,7 +16,11 @@ QString Red(const QString &s) { return Para(Coloured(kRed, s)); }
 QString Plain(const QString &s) { return Para(Esc(s)); }
 QString Line(const QString &s) { return Numbered(Esc(s)); }
 // The empty paragraphs under the warning box.
-QString Room() { return Plain(QString()) + Plain(QString()) + Plain(QString()); }
+QString Room()
+{
+    const QString empty = Para(QStringLiteral("&nbsp;"));   // an empty paragraph would collapse
+    return empty + empty + empty;
+}
 
 const QString kCancelLine = QStringLiteral("or click CANCEL to return to the Main Menu.");
 const QString kNextLine = QStringLiteral("Click NEXT when you are ready to continue");
@@ -81,7 +85,7 @@ const OriginStep kOrigin[3] = {
 
 QString strSetPageDocument(const QString &strBody)
 {
-    return QStringLiteral("<html><body style=\"font-family:'MS Sans Serif',sans-serif; font-size:10pt\">") + strBody +
+    return QStringLiteral("<html><body style=\"font-family:'MS Sans Serif',sans-serif; font-size:10pt; white-space:pre-wrap\">") + strBody +
            QStringLiteral("</body></html>");
 }
 

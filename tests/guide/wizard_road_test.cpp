@@ -60,14 +60,14 @@ const QByteArray kEndsOnTool =
     "N80 S1500\r\n";
 
 // The records of the frames sent from byte `from` on, as (axis bits, timer) of the
-// records that move an axis.
+// records that move an axis (a step's timer is never 0; the spindle's records have 0).
 std::vector<std::array<uint8_t, 3>> SentMoves(const QByteArray &w, qsizetype from)
 {
     std::vector<std::array<uint8_t, 3>> moves;
     for (qsizetype i = from; i < w.size();) {
         const int len = static_cast<uint8_t>(w.at(i));
         for (qsizetype r = i + 1; r + 2 < i + len && r + 2 < w.size(); r += 3)
-            if (static_cast<uint8_t>(w.at(r)) & 28)
+            if ((static_cast<uint8_t>(w.at(r)) & 28) && (w.at(r + 1) || w.at(r + 2)))
                 moves.push_back({static_cast<uint8_t>(w.at(r)), static_cast<uint8_t>(w.at(r + 1)),
                                  static_cast<uint8_t>(w.at(r + 2))});
         i += len > 0 ? len : 1;
@@ -86,7 +86,7 @@ std::vector<std::array<uint8_t, 3>> AnalysedMoves()
         if (v.records[i].command < 0)
             first = i + 1;
     std::vector<std::array<uint8_t, 3>> moves;
-    for (size_t i = first; i < v.records.size(); ++i) {
+    for (size_t i = first; i < v.records.size() && v.records[i].command != 0; ++i) {   // 0 ends the stream
         const StepRecordView &r = v.records[i];
         if (r.code < 128 && (r.flags & 28))
             moves.push_back({r.flags, static_cast<uint8_t>(r.timer & 0xFF), static_cast<uint8_t>(r.timer >> 8)});
