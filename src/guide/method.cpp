@@ -48,6 +48,8 @@ void EnterWizard()
     SetMode(3);
 }
 
+void PrintMethodText(PicMethod *m);
+
 } // namespace
 
 PicMethod::PicMethod(QWidget *parent) : QFrame(parent)
@@ -66,6 +68,7 @@ PicMethod::PicMethod(QWidget *parent) : QFrame(parent)
     lblMethod->setGeometry(18, 12, 604, 28);
     picMethodText = new QFrame(this);
     picMethodText->setObjectName(QStringLiteral("picMethodText"));
+    picMethodText->setAccessibleName(QStringLiteral("Options"));
     picMethodText->setGeometry(18, 44, 460, 270);
     const std::pair<const char *, const char *> buttons[] = {{"&Repeat Part", "cmdMethodRepeat"},
                                                              {"&New Part", "cmdMethodNew"},
@@ -90,11 +93,14 @@ PicMethod::PicMethod(QWidget *parent) : QFrame(parent)
         l->setGeometry(0, centre - 10, picMethodText->width(), 20);
         lblMethodLine[i] = l;
     }
+    PrintMethodText(this);
 }
 
-void ShowMethod() try {
-    FrmMain *f = frmMain();
-    PicMethod *m = f->picMethod;
+namespace {
+
+// Prints the choice on picMethodText.
+void PrintMethodText(PicMethod *m)
+{
     const QString lines[6] = {
         Esc(QStringLiteral(" Please choose one of the following options:")),
         Esc(QStringLiteral(" (Note: options 1 and 2 retain the current X,Y,Z origin setting)")),
@@ -105,6 +111,14 @@ void ShowMethod() try {
     };
     for (size_t i = 0; i < m->lblMethodLine.size(); ++i)
         m->lblMethodLine[i]->setText(QStringLiteral("<span style=\"white-space:pre\">") + lines[i] + QStringLiteral("</span>"));
+}
+
+} // namespace
+
+void ShowMethod() try {
+    FrmMain *f = frmMain();
+    PicMethod *m = f->picMethod;
+    PrintMethodText(m);
     f->CentrePanel(m);
     SetMode(8);
     m->cmdMethodNorm->setFocus();

@@ -387,19 +387,22 @@ void ReturnToSetMill(int16_t intStep) try {
         // 4. The origins. The cutter touching the left hand end has its centre half a
         // diameter outside the billet, so the machine stands at X = -D/2 and the billet's
         // edge is X = 0; Y the same at the front; Z = 0 is the top.
-        const int16_t id = gintUsedToolCount >= 1 ? intToolGetId(gintUsedTools(1)) : 0;
-        const double dblHalf = -(static_cast<double>(gtypTools(id).sngDiameter) / 2.0) * 72.0;
+        // -(D / 2) x 72 steps, D the diameter of the program's first tool (mm).
+        auto half = [] {
+            const float D = gtypTools(intToolGetId(gintUsedTools(1))).sngDiameter;
+            return vb::CLng(-(static_cast<double>(D) / 2.0) * 72.0);
+        };
         switch (gintSetStep) {
         case 4:
             glngPosZ = 0;
             DistanceReset(2);
             break;
         case 5:
-            glngPosX = vb::CLng(dblHalf);
+            glngPosX = half();
             DistanceSet(0, glngPosX);
             break;
         case 6:
-            glngPosY = vb::CLng(dblHalf);
+            glngPosY = half();
             DistanceSet(1, glngPosY);
             break;
         default:

@@ -83,11 +83,12 @@ TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
     EXPECT_GT(glngPosX, 72);
     EXPECT_EQ(k->lblPos[0]->text(), strDistanceLabel(glngDisplayX));
     EXPECT_TRUE(k->imgArrows[0]->isHidden());
-    // The spindle stops with the loop; free control ends through the wizard's step 10,
-    // which leads to the menu.
+    // The spindle stops with the loop; free control ends on the wizard's step 10, which
+    // tells the operator to turn the spindle switch to 0.
     EXPECT_FALSE(gblnSpindleOn);
     EXPECT_TRUE(k->picSpindleStart->isEnabled());
-    EXPECT_EQ(gintMode, 1);
+    EXPECT_EQ(gintMode, 3);
+    EXPECT_EQ(gintSetStep, 10);
 }
 
 TEST_F(ManualScreen, WithoutSpindleTheControlsAreHiddenAndTheMenuEntriesOff)
@@ -116,7 +117,10 @@ TEST_F(ManualScreen, ATaskEndedGoesBackToItsWizardAndHidesTheTask)
     gblnKeyLoop = false;
     KeyControl();   // the loop ends at once, as after Done
     EXPECT_TRUE(k->fraTask->isHidden());
-    EXPECT_EQ(gintMode, 1);   // the wizard's way back, as far as it exists
+    // The wizard's page comes back over the manual screen, without a change of mode.
+    EXPECT_FALSE(f->picSetMill->isHidden());
+    EXPECT_TRUE(k->isHidden());
+    EXPECT_EQ(gintMode, 2);
 }
 
 TEST_F(ManualScreen, DoneWaitsForEnterToComeUpAndTheResetButtonsWork)
