@@ -27,7 +27,7 @@ using namespace page;
 namespace {
 
 constexpr const char *kModule = "frmMain";
-constexpr int kButtonTop = 70, kButtonStep = 48;
+constexpr int kButtonTop = 104, kButtonStep = 48;
 
 // " 1) Repeat Last Part, Same Billet Size & Position ....": the choice in red, the word
 // that tells it from the others emphasised.
@@ -56,7 +56,7 @@ PicMethod::PicMethod(QWidget *parent) : QFrame(parent)
 {
     setObjectName(QStringLiteral("picMethod"));
     setAccessibleName(QStringLiteral("The next part"));
-    setFixedSize(640, 330);
+    setFixedSize(640, 320);
     setStyleSheet(QStringLiteral("#picMethod { background: #ffffff; border: 1px solid #d5dbe1; border-radius: 10px; }"));
     hide();
     lblMethod = new QLabel(QStringLiteral("Subsequent Part - Machining Options"), this);
@@ -88,7 +88,7 @@ PicMethod::PicMethod(QWidget *parent) : QFrame(parent)
         auto *l = new QLabel(picMethodText);
         l->setObjectName(QStringLiteral("lblMethodLine"));
         l->setTextFormat(Qt::RichText);
-        const int centre = i < 2 ? 8 + static_cast<int>(i) * 22
+        const int centre = i < 2 ? 12 + static_cast<int>(i) * 24
                                  : kButtonTop + static_cast<int>(i - 2) * kButtonStep + 17 - picMethodText->y();
         l->setGeometry(0, centre - 10, picMethodText->width(), 20);
         lblMethodLine[i] = l;

@@ -85,7 +85,9 @@ const OriginStep kOrigin[3] = {
 
 QString strSetPageDocument(const QString &strBody)
 {
-    return QStringLiteral("<html><body style=\"font-family:'MS Sans Serif',sans-serif; font-size:10pt; white-space:pre-wrap\">") + strBody +
+    // Paragraphs close together, so that a whole page stands in view without scrolling.
+    return QStringLiteral("<html><head><style>p { margin-top:0px; margin-bottom:5px; }</style></head>"
+                          "<body style=\"font-family:'MS Sans Serif',sans-serif; font-size:10pt; white-space:pre-wrap\">") + strBody +
            QStringLiteral("</body></html>");
 }
 
