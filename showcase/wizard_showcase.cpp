@@ -1,6 +1,6 @@
 // Walks the set-up wizard offline with a sample part and stops at a chosen page, for
 // screenshots:
-//     wizard_showcase step1 | tools | task | step8 | method
+//     wizard_showcase step1 | tools | task | warn | step8 | method
 // Not a test: a store of its own in a temporary folder; the file dialog is answered with
 // the part below; ends when killed.
 #include "core/frm_main.h"
@@ -90,8 +90,10 @@ int main(int argc, char **argv)
     std::vector<std::function<void()>> steps = {[f] { f->MenuAction(QStringLiteral("Mill")); }};
     if (scene != QLatin1String("step1"))
         steps.push_back(next);                                   // the file: step 2, the tools
-    if (scene == QLatin1String("task") || scene == QLatin1String("step8"))
+    if (scene == QLatin1String("task") || scene == QLatin1String("warn") || scene == QLatin1String("step8"))
         steps.insert(steps.end(), {next, next, done, next});     // billet, tool, the top's task
+    if (scene == QLatin1String("warn"))
+        steps.push_back(done);                                   // step 5's page, under the warning
     if (scene == QLatin1String("step8"))
         steps.insert(steps.end(), {done, next, done, next, done, next, done});
     if (scene == QLatin1String("method"))
