@@ -280,3 +280,44 @@ TEST(WizardFlow, NewPartKeepsTheOriginsAndBackFromTheLastStepMakesTheRunFreshAga
     w.f->picMethod->cmdMethodCancel->click();
     EXPECT_EQ(gintMode, 1);
 }
+
+TEST(WizardFlow, TheControllerLostDuringATaskSendsNothingUntilItIsBackAndTheTaskGoesOn)
+{
+    WizardWorld w;
+    ToToolStep(w);
+    w.nav(3);   // the top's task, Page Down held
+    frmSplash()->tmrKeyControl->stop();
+    ControllerEmulator &c = w.emu->controller();
+    qsizetype sentAtLoss = -1, sentWhileLost = 0;
+    int n = 0;
+    w.onSkull = [&] {
+        // The operator lets go, plugs the cable back in and clicks Ok.
+        sentWhileLost = w.emu->written().size() - sentAtLoss;
+        w.keys.ReleaseAll();
+        c.setDsr(true);
+    };
+    w.onPump = [&] {
+        ++n;
+        if (n == 5) {
+            w.keys.Press(VK_NEXT);
+            w.keys.Press(VK_NUMPAD9);
+        }
+        if (n == 300 && sentAtLoss < 0) {
+            sentAtLoss = w.emu->written().size();
+            c.setDsr(false);
+        }
+        if (n > 300 && !w.skullTexts.isEmpty() && gintBuffersOut == 0 && gblnKeyLoop)
+            w.f->picKeyboard->cmdDone->click();
+        if (n > 200000)
+            gblnKeyLoop = false;
+    };
+    frmSplash()->tmrKeyControl_Timer();
+    w.onPump = nullptr;
+    ASSERT_FALSE(w.skullTexts.isEmpty());
+    EXPECT_TRUE(w.skullTexts.first().startsWith(QStringLiteral("There is a problem with the hardware.")));
+    EXPECT_EQ(sentWhileLost, 0);
+    // Done after the alarm: the origin is set and the wizard goes on at step 4's page.
+    EXPECT_EQ(gintSetStep, 4);
+    EXPECT_EQ(glngPosZ, 0);
+    EXPECT_FALSE(w.f->picSetMill->isHidden());
+}
