@@ -22,7 +22,7 @@ tot = [0, 0, 0, 0]
 for d in sorted(agg):
     a = agg[d]
     tot = [x + y for x, y in zip(tot, a)]
-    print("src/%-6s %7.1f%% %7.1f%%" % (d, pct(a[0], a[1]), pct(a[2], a[3])))
+    print("%-10s %7.1f%% %7.1f%%" % ("src/" + d, pct(a[0], a[1]), pct(a[2], a[3])))
 print("%-10s %7.1f%% %7.1f%%" % ("all", pct(tot[0], tot[1]), pct(tot[2], tot[3])))
 PY
 echo "HTML report: $B/html/index.html"
