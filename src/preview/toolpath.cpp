@@ -7,7 +7,9 @@
 #include <QFileInfo>
 #include <QStringList>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace {
 
@@ -46,6 +48,115 @@ std::vector<bool> RapidCommands(const std::vector<AnalysedCommand> &commands)
         rapid[i] = blnRapid;
     }
     return rapid;
+}
+
+// --- The lead-in's time. The stream makes the lead-in at machining time with the line
+// steppers: a Z move with its own symmetric ramp, then a straight X-Y move from rest to rest,
+// both at the rapid speed, then the X and Y play taken up at 12 mm/min. A short lead-in spends
+// most of its time on the ramps, so they are followed here step by step: the same table
+// (rapid speed reached from rest in 0.4 s), the same diagonal slow-down and the same timer.
+
+// Controller ticks of one step at these axis speeds (mm/min), as the encoder computes its timer.
+double StepTicks(int axes, double speed)
+{
+    double m = speed;
+    if (axes == 2)
+        m /= 1.41421;
+    else if (axes == 3)
+        m /= 1.73205;
+    if (m <= 0)
+        m = 12.0;
+    const double timer = std::max(65536.0 - std::nearbyint(768000.0 / m), 1536.0);
+    return 65536.0 - timer;
+}
+
+struct Ramp {
+    std::vector<double> speed;   // mm/min after k steps from rest, k = 1..n (index k - 1)
+    double at(int k) const { return speed[static_cast<size_t>(std::clamp<int>(k, 1, static_cast<int>(speed.size())) - 1)]; }
+};
+
+Ramp RampFor(double rapid)
+{
+    Ramp r;
+    const double a = rapid / 60 * 72 / 0.4;   // steps/s^2
+    const int n = std::max(1, static_cast<int>(std::nearbyint(0.5 * a * 0.4 * 0.4)));
+    for (int k = 1; k <= n; ++k)
+        r.speed.push_back(a * std::sqrt(2.0 * k / a) * 60 / 72);
+    return r;
+}
+
+// The step speeds of the Z move of `n` steps.
+void ZRampSpeeds(int n, double rapid, const Ramp &ramp, std::vector<std::pair<int, double>> &out)
+{
+    int index = 0;
+    double s = 0;
+    for (int i = 1; i <= n; ++i) {
+        if (i <= n / 2.0) {
+            if (s < rapid)
+                s = ramp.at(++index);
+            else
+                s = rapid;
+        } else if (n - i < index) {
+            s = ramp.at(index--);
+        } else {
+            s = rapid;
+        }
+        out.emplace_back(1, s);
+    }
+}
+
+// The step speeds (and axes stepping) of a straight X-Y move from rest to rest.
+void LineRampSpeeds(int32_t dx, int32_t dy, double rapid, const Ramp &ramp, std::vector<std::pair<int, double>> &out)
+{
+    const int32_t n = std::max(std::abs(dx), std::abs(dy));
+    if (n == 0)
+        return;
+    const bool xLeads = std::abs(dx) >= std::abs(dy);
+    const double minorSlope = xLeads ? static_cast<double>(dy) / n : static_cast<double>(dx) / n;
+    int index = 0, b = 0;
+    double c = 0;
+    bool ramping = true;
+    int64_t last = 0;
+    for (int32_t i = 1; i <= n; ++i) {
+        const auto pm = static_cast<int64_t>(std::nearbyint(minorSlope * i));
+        if (ramping) {
+            if (c < rapid) {
+                c = ramp.at(++index);
+                ++b;
+            } else {
+                c = rapid;
+            }
+            if (n - i <= b)
+                ramping = false;
+        } else {
+            c = ramp.at(index--);
+        }
+        out.emplace_back(pm != last ? 2 : 1, c);
+        last = pm;
+    }
+}
+
+double LeadInTicks(const std::array<int32_t, 3> &from, const std::array<int32_t, 3> &to, double rapid,
+                   const int16_t backlash[3])
+{
+    const Ramp ramp = RampFor(rapid);
+    std::vector<std::pair<int, double>> steps;
+    ZRampSpeeds(std::abs(to[2] - from[2]), rapid, ramp, steps);
+    if (to[2] > from[2])
+        for (int k = 0; k < backlash[2]; ++k)
+            steps.emplace_back(1, rapid);   // the Z play taken up downward after a rise
+    LineRampSpeeds(to[0] - from[0], to[1] - from[1], rapid, ramp, steps);
+    // The play of an axis that last moved positive, at 12 mm/min, both axes together.
+    const int px = to[0] > from[0] ? backlash[0] : 0, py = to[1] > from[1] ? backlash[1] : 0;
+    for (int k = 0; k < std::max(px, py); ++k)
+        steps.emplace_back((k < px) + (k < py), 12.0);
+    if (steps.empty())
+        return 0.0;
+    // Each record carries the timer of the step before it; the first, that of no step (1536).
+    double ticks = 65536.0 - 1536.0;
+    for (size_t i = 0; i + 1 < steps.size(); ++i)
+        ticks += StepTicks(steps[i].first, steps[i].second);
+    return ticks;
 }
 
 bool Outside(int32_t x, int32_t y)
@@ -166,12 +277,8 @@ Toolpath LoadToolpath(const QByteArray &bytes, const std::function<QString(int16
         if (m.outside)
             ++path.outsideMoves;
     }
-    if (path.hasFirstMove && path.rapidSpeed > 0) {
-        // Z first, then X and Y together, as the stream's lead-in goes; mm / (mm/min) * 60.
-        const double dz = std::abs(path.start[2] - path.leadFrom[2]) / kPreviewStepsPerMm;
-        const double dxy = std::hypot(path.start[0] - path.leadFrom[0], path.start[1] - path.leadFrom[1]) / kPreviewStepsPerMm;
-        path.leadInSeconds = (dz + dxy) / path.rapidSpeed * 60.0;
-    }
+    if (path.hasFirstMove && path.rapidSpeed > 0)
+        path.leadInSeconds = LeadInTicks(path.leadFrom, path.start, path.rapidSpeed, v.backlash) / kControllerHz;
     return path;
 }
 

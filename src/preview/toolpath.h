@@ -9,8 +9,9 @@
 // Coordinates are motor steps from the program origin, 72 to the mm on every axis. The first
 // move of a program is stored as a target, not as steps (the machine's position is known only
 // at machining time); the path starts at that target, and the lead-in to it is drawn and timed
-// as a straight rapid from the lead-in start (by default the origin, where the set-up wizard
-// leaves the cutter once the origins are set).
+// as the stream makes it (Z, then a straight X-Y move, at the rapid speed with its acceleration
+// ramps) from the lead-in start: by default the origin, where the set-up wizard leaves the
+// cutter once the origins are set. Tool-change pauses (the operator's time) are not counted.
 #pragma once
 
 #include <QByteArray>
@@ -71,7 +72,7 @@ struct Toolpath {
     int outsideMoves = 0;           // moves that leave the working envelope
     int toolChanges = 0;            // tool records after the first
     double stepSeconds = 0.0;       // sum over step records of (65536 - timer) / 921 600
-    double leadInSeconds = 0.0;     // the lead-in's straight Z then X-Y moves at the rapid speed
+    double leadInSeconds = 0.0;     // the lead-in: Z, then X-Y, at the rapid speed with its ramps
     double seconds() const { return stepSeconds + leadInSeconds; }
     bool hasBillet() const { return billetLength > 0 && billetWidth > 0; }
 };
