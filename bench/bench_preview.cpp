@@ -150,6 +150,11 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
+    // BRANTOK_BENCH_PNG=file.png: also writes the big program's picture, to look at.
+    if (const QString png = qEnvironmentVariable("BRANTOK_BENCH_PNG"); !png.isEmpty()) {
+        int64_t steps = 0;
+        RenderPreview(LoadToolpath(File(steps)), QSize(1200, 800), {}, QStringLiteral("big")).save(png);
+    }
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

@@ -16,9 +16,10 @@ constexpr int kLegendWidth = 230;   // px, right of the views
 constexpr int kMargin = 34;         // px around each view, room for the grid's numbers
 constexpr int kViewGap = 22;        // px between the top and the side view
 constexpr double kMinZRange = 6.0;  // mm: a flat program still gets a readable side view
+constexpr int64_t kSmoothVertices = 60000;   // per view: above it lines are drawn unsmoothed
 
 const QColor kOutside(220, 0, 0);
-const QColor kBilletFill(236, 222, 190);
+const QColor kBilletFill(236, 222, 190, 150);   // the grid shows through
 const QColor kBilletEdge(170, 140, 90);
 const QColor kEnvelope(0, 130, 70);
 const QColor kGridMinor(236, 236, 236);
@@ -129,11 +130,11 @@ struct Pens {
     QPen cut, rapid;
 };
 
-Pens PensFor(const QColor &c)
+Pens PensFor(const QColor &c, bool smooth = true)
 {
     Pens pens;
-    pens.cut = QPen(c, 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-    pens.rapid = QPen(c, 1.0, Qt::DashLine, Qt::FlatCap, Qt::RoundJoin);
+    pens.cut = QPen(c, smooth ? 1.4 : 0.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    pens.rapid = QPen(c, smooth ? 1.0 : 0.0, Qt::DashLine, Qt::FlatCap, Qt::RoundJoin);
     pens.rapid.setDashPattern({5, 4});
     return pens;
 }
@@ -144,7 +145,7 @@ void DrawPath(QPainter &p, const ViewMap &m, const Toolpath &path, int hAxis, in
 {
     p.save();
     p.setClipRect(m.rect.adjusted(-1, -1, 1, 1));
-    p.setRenderHint(QPainter::Antialiasing, true);
+    p.setRenderHint(QPainter::Antialiasing, false);
     const double k = m.scale / kPreviewStepsPerMm;   // px per step
     const double bh = m.cx - m.midH * m.scale;       // pixel of step 0
     const double bv = m.cy + m.midV * m.scale;
@@ -168,47 +169,87 @@ void DrawPath(QPainter &p, const ViewMap &m, const Toolpath &path, int hAxis, in
         h = path.leadFrom[static_cast<size_t>(hAxis)];
         v = path.leadFrom[static_cast<size_t>(vAxis)];
     }
+    // Pass 1: the pieces of polyline, one vertex per new pixel. Stretches where the path runs
+    // outside the view (zoomed in) are left out: a piece ends when two vertices in a row lie
+    // beyond the margin, and the next starts from the last vertex outside.
+    struct Piece {
+        QPolygonF line;
+        int16_t pen;   // tool index + 1, or -1 for red
+        bool rapid;
+    };
+    std::vector<Piece> pieces;
+    const QRectF keep = QRectF(m.rect).adjusted(-4 - 3 * k, -4 - 3 * k, 4 + 3 * k, 4 + 3 * k);
     const uint8_t *steps = path.steps.data();
-    QPolygonF line;
-    std::vector<Pens> pens;
-    for (size_t t = 0; t < path.tools.size() + 1; ++t)
-        pens.push_back(PensFor(PreviewToolColour(static_cast<int>(t))));
-    const Pens red = PensFor(kOutside);
-
+    int64_t vertices = 0;
     for (const PreviewMove &mv : path.moves) {
-        line.clear();
-        double fh = bh + h * k, fv = bv - v * k;
-        auto lastH = static_cast<int32_t>(std::floor(fh)), lastV = static_cast<int32_t>(std::floor(fv));
-        line.append(QPointF(fh, fv));
+        const auto pen = static_cast<int16_t>(mv.outside ? -1 : mv.tool + 1);
+        QPolygonF line;
+        const auto flush = [&] {
+            if (line.size() >= 2) {
+                vertices += line.size();
+                pieces.push_back({std::move(line), pen, mv.rapid});
+            }
+            line = QPolygonF();
+        };
+        QPointF prev(bh + h * k, bv - v * k);
+        bool prevIn = keep.contains(prev);
+        if (prevIn)
+            line.append(prev);
+        auto lastH = static_cast<int32_t>(std::floor(prev.x())), lastV = static_cast<int32_t>(std::floor(prev.y()));
+        const auto vertex = [&](QPointF at) {
+            const bool in = keep.contains(at);
+            if (in || prevIn) {
+                if (line.isEmpty())
+                    line.append(prev);
+                line.append(at);
+            } else if (!line.isEmpty()) {
+                flush();
+            }
+            prev = at;
+            prevIn = in;
+        };
         const uint8_t *s = steps + mv.firstStep;
         const uint8_t *end = s + mv.stepCount;
+        bool moved = false;
         for (; s != end; ++s) {
             const uint8_t f = *s;
+            if (!(f & (hStep | vStep)))
+                continue;
             if (f & hStep)
                 h += (f & hPos) ? 1 : -1;
             if (f & vStep)
                 v += (f & vPos) ? 1 : -1;
-            if (!(f & (hStep | vStep)))
-                continue;
-            fh = bh + h * k;
-            fv = bv - v * k;
+            const double fh = bh + h * k, fv = bv - v * k;
             const auto ph = static_cast<int32_t>(std::floor(fh)), pv = static_cast<int32_t>(std::floor(fv));
+            moved = true;
             if (ph == lastH && pv == lastV)
                 continue;
             lastH = ph;
             lastV = pv;
-            line.append(QPointF(fh, fv));
+            vertex(QPointF(fh, fv));
+            moved = false;
         }
         // The move's last point even when it ended inside the last pixel.
-        if (line.size() == 1 || line.last() != QPointF(fh, fv))
-            line.append(QPointF(fh, fv));
-        const Pens &pen = mv.outside ? red : pens[static_cast<size_t>(mv.tool + 1)];
-        p.setPen(mv.rapid ? pen.rapid : pen.cut);
-        p.drawPolyline(line);
-        stats.vertices += line.size();
+        if (moved)
+            vertex(QPointF(bh + h * k, bv - v * k));
+        flush();
         if (mv.outside)
             ++stats.redPolylines;
         ++(mv.rapid ? stats.rapidPolylines : stats.cutPolylines);
+    }
+    stats.vertices += vertices;
+
+    // Pass 2: draw. A dense picture is drawn with 1-pixel lines without smoothing, which takes
+    // a third of the time and looks the same where the lines crowd anyway.
+    const bool smooth = vertices < kSmoothVertices;
+    p.setRenderHint(QPainter::Antialiasing, smooth);
+    std::vector<Pens> pens;
+    for (int t = -1; t <= static_cast<int>(path.tools.size()); ++t)
+        pens.push_back(PensFor(t < 0 ? kOutside : PreviewToolColour(t), smooth));
+    for (const Piece &piece : pieces) {
+        const Pens &pen = pens[static_cast<size_t>(piece.pen + 1)];
+        p.setPen(piece.rapid ? pen.rapid : pen.cut);
+        p.drawPolyline(piece.line);
     }
     p.restore();
 }
