@@ -18,6 +18,8 @@
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
+#include <cmath>
+
 namespace {
 
 QString TypeOfTool(int16_t intNumber)

@@ -7,10 +7,13 @@
 #include "nc/analysed.h"
 #include "nc/stepcode.h"
 #include "preview/render.h"
+#include "preview/preview_window.h"
 #include "preview/toolpath.h"
 
 #include <QFile>
 #include <QImage>
+#include <QLabel>
+#include <QMenu>
 
 #include <cstring>
 
@@ -179,4 +182,34 @@ TEST_F(PreviewTest, BrantokNcPreviewDrawsTheSampleAndPrintsTimeAndExtent)
                                          store.path());
     EXPECT_EQ(again.exitCode, 0);
     EXPECT_EQ(again.out, r.out.mid(r.out.indexOf(QStringLiteral("Machining time"))));
+}
+
+TEST_F(PreviewTest, WindowShowsTimeZoomsAndIsOfferedOnlyWhereNothingMoves)
+{
+    StreamWorld w;
+    w.setUp();
+    ASSERT_TRUE(w.compile(kTwoToolProgram));
+    QMenu menu;
+    QAction *after = menu.addAction(QStringLiteral("after"));
+    QAction *entry = AddPreviewMenuEntry(&menu, after);
+    EXPECT_EQ(menu.actions().first(), entry);
+    for (const auto &[mode, enabled] : {std::pair{1, true}, {2, false}, {3, true}, {6, false}, {8, true}}) {
+        gintMode = static_cast<int16_t>(mode);
+        emit menu.aboutToShow();
+        EXPECT_EQ(entry->isEnabled(), enabled) << "mode " << mode;
+    }
+
+    FrmPreview frm;
+    QString error;
+    ASSERT_TRUE(frm.load(gstrAnalysedFile, error)) << error.toStdString();
+    EXPECT_EQ(frm.windowTitle(), QStringLiteral("Preview"));
+    EXPECT_TRUE(frm.lblTime->text().startsWith(QStringLiteral("Machining time: 0:00:")));
+    EXPECT_FALSE(frm.picPreview->accessibleName().isEmpty());
+    frm.resize(900, 600);
+    frm.show();
+    frm.picPreview->zoomAt(2.0, QPointF(100, 100));
+    EXPECT_DOUBLE_EQ(frm.picPreview->camera().zoom, 2.0);
+    frm.picPreview->fit();
+    EXPECT_DOUBLE_EQ(frm.picPreview->camera().zoom, 1.0);
+    EXPECT_FALSE(frm.load(gstrAnalysedFile + QStringLiteral(".missing"), error));
 }
