@@ -10,6 +10,7 @@
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMouseEvent>
@@ -35,8 +36,8 @@ PreviewView::PreviewView(QWidget *parent) : QWidget(parent)
     setObjectName(QStringLiteral("picPreview"));
     // A drawing with no text of its own: it needs a name, and how to use it goes in the description.
     setAccessibleName(QStringLiteral("Toolpath preview"));
-    setAccessibleDescription(QStringLiteral("Top view X-Y above side view X-Z. Mouse wheel zooms, dragging pans, "
-                                            "double-click fits the whole path."));
+    setAccessibleDescription(QStringLiteral("Top view X-Y above side view X-Z. Mouse wheel or + and - zoom, dragging "
+                                            "or the arrow keys pan, double-click or Home fits the whole path."));
     setMinimumSize(480, 320);
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::OpenHandCursor);
@@ -112,11 +113,30 @@ void PreviewView::mouseReleaseEvent(QMouseEvent *e)
         return;
     m_dragging = false;
     setCursor(Qt::OpenHandCursor);
-    m_camera.pan += e->position() - m_dragFrom;
+    m_camera = PannedCamera(m_path, rect(), m_camera, m_dragFrom, e->position() - m_dragFrom);
     rerender();
 }
 
 void PreviewView::mouseDoubleClickEvent(QMouseEvent *) { fit(); }
+
+void PreviewView::keyPressEvent(QKeyEvent *e)
+{
+    // The same without a mouse: + and - zoom about the middle, the arrows pan, Home fits.
+    const QPointF middle(width() / 2.0, height() / 3.0);
+    const double step = 40;
+    switch (e->key()) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal: zoomAt(1.25, middle); break;
+    case Qt::Key_Minus: zoomAt(0.8, middle); break;
+    case Qt::Key_Home: fit(); break;
+    case Qt::Key_Left: m_camera.pan.rx() += step; rerender(); break;
+    case Qt::Key_Right: m_camera.pan.rx() -= step; rerender(); break;
+    case Qt::Key_Up: m_camera.pan.ry() += step; rerender(); break;
+    case Qt::Key_Down: m_camera.pan.ry() -= step; rerender(); break;
+    default: QWidget::keyPressEvent(e); return;
+    }
+    e->accept();
+}
 
 FrmPreview::FrmPreview(QWidget *parent) : QDialog(parent)
 {

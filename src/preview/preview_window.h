@@ -26,7 +26,8 @@ void ShowPreview(const QString &strAnalysedFile);
 // analysed file (gstrAnalysedFile) exists.
 QAction *AddPreviewMenuEntry(QMenu *menu, QAction *before);
 
-// The painted picture. Wheel: zoom about the cursor; drag: pan; double-click: fit again.
+// The painted picture. Wheel: zoom about the cursor; drag: pan; double-click: fit again; the
+// keys + - arrows Home do the same without a mouse.
 class PreviewView : public QWidget {
     Q_OBJECT
 public:
@@ -46,6 +47,7 @@ protected:
     void mouseMoveEvent(QMouseEvent *e) override;
     void mouseReleaseEvent(QMouseEvent *e) override;
     void mouseDoubleClickEvent(QMouseEvent *e) override;
+    void keyPressEvent(QKeyEvent *e) override;
 
 private:
     void rerender();

@@ -435,9 +435,9 @@ PreviewDrawStats DrawPreview(QPainter &p, const QRect &area, const Toolpath &pat
 {
     PreviewDrawStats stats;
     const PreviewLayout l = LayoutPreview(path, area);
-    const QPointF panTop = camera.pan;
-    const ViewMap top = MakeMap(l.topView, l.pxPerMm, camera.zoom, panTop, (l.x0 + l.x1) / 2, (l.y0 + l.y1) / 2);
-    const ViewMap side = MakeMap(l.sideView, l.pxPerMm, camera.zoom, panTop, (l.x0 + l.x1) / 2, (l.z0 + l.z1) / 2);
+    const ViewMap top = MakeMap(l.topView, l.pxPerMm, camera.zoom, camera.pan, (l.x0 + l.x1) / 2, (l.y0 + l.y1) / 2);
+    const ViewMap side = MakeMap(l.sideView, l.pxPerMm, camera.zoom, QPointF(camera.pan.x(), camera.panSideZ),
+                                 (l.x0 + l.x1) / 2, (l.z0 + l.z1) / 2);
 
     p.save();
     QFont f = p.font();
@@ -477,6 +477,12 @@ QImage RenderPreview(const Toolpath &path, QSize size, const PreviewCamera &came
     return image;
 }
 
+namespace {
+
+bool InSideView(const PreviewLayout &l, QPointF at) { return at.y() > l.topView.bottom() + (kMargin + kViewGap) / 2.0; }
+
+} // namespace
+
 PreviewCamera ZoomedCamera(const Toolpath &path, const QRect &area, const PreviewCamera &camera, double factor,
                            QPointF at)
 {
@@ -484,9 +490,32 @@ PreviewCamera ZoomedCamera(const Toolpath &path, const QRect &area, const Previe
     PreviewCamera c = camera;
     c.zoom = std::clamp(camera.zoom * factor, 0.2, 500.0);
     const double ratio = c.zoom / camera.zoom;
-    // Keep the pixel under the cursor: its view's centre is the fixed reference.
-    const QRect &view = (at.y() > l.topView.bottom() + kViewGap / 2.0) ? l.sideView : l.topView;
+    // p = centre + (v - mid) * scale * zoom + pan: keeping p under the cursor fixed gives
+    // pan' = at - centre - (at - centre - pan) * ratio; the other view keeps its middle.
+    const bool side = InSideView(l, at);
+    const QRect &view = side ? l.sideView : l.topView;
     const QPointF centre(view.left() + view.width() / 2.0, view.top() + view.height() / 2.0);
-    c.pan = at - centre - (at - centre - camera.pan) * ratio;
+    const QPointF pan(camera.pan.x(), side ? camera.panSideZ : camera.pan.y());
+    const QPointF moved = at - centre - (at - centre - pan) * ratio;
+    c.pan.setX(moved.x());
+    if (side) {
+        c.panSideZ = moved.y();
+        c.pan.setY(camera.pan.y() * ratio);
+    } else {
+        c.pan.setY(moved.y());
+        c.panSideZ = camera.panSideZ * ratio;
+    }
+    return c;
+}
+
+PreviewCamera PannedCamera(const Toolpath &path, const QRect &area, const PreviewCamera &camera, QPointF from,
+                           QPointF by)
+{
+    PreviewCamera c = camera;
+    c.pan.rx() += by.x();
+    if (InSideView(LayoutPreview(path, area), from))
+        c.panSideZ += by.y();
+    else
+        c.pan.ry() += by.y();
     return c;
 }

@@ -23,7 +23,8 @@ class QPainter;
 // How the operator looks at the picture: 1 and no pan fit the whole path (and the billet).
 struct PreviewCamera {
     double zoom = 1.0;     // 1 = fit; above 1 magnifies
-    QPointF pan;           // pixels, added after the zoom
+    QPointF pan;           // pixels, added after the zoom: X of both views, Y of the top view
+    double panSideZ = 0;   // pixels, the side view's own vertical pan
 };
 
 // Where the views stand in a picture of a given size, and the scale at zoom 1.
@@ -52,8 +53,12 @@ PreviewDrawStats DrawPreview(QPainter &p, const QRect &area, const Toolpath &pat
 QImage RenderPreview(const Toolpath &path, QSize size, const PreviewCamera &camera = {}, const QString &title = {},
                      PreviewDrawStats *stats = nullptr);
 // The camera after a wheel turn of `factor` (above 1 magnifies) about pixel `at` of `area`: the
-// point under the cursor stays where it is.
+// point under the cursor stays where it is (the other view keeps its middle).
 PreviewCamera ZoomedCamera(const Toolpath &path, const QRect &area, const PreviewCamera &camera, double factor,
                            QPointF at);
+// The camera after a drag by `by` pixels that started at `from`: X moves both views, the vertical
+// only the view where the drag started.
+PreviewCamera PannedCamera(const Toolpath &path, const QRect &area, const PreviewCamera &camera, QPointF from,
+                           QPointF by);
 // The colour of tool index i (palette; red is kept for moves outside the envelope).
 QColor PreviewToolColour(int index);
