@@ -52,4 +52,15 @@ APP=$!
 sleep 9
 crop toolchange.png
 kill $APP
+
+# The toolpath preview of the pocket sample: the picture `brantok-nc preview` writes, and the
+# Preview window on the same analysed file.
+cp samples/Pocket2Tools.brx "$TMP/"
+printf '[General]\nRapidSpeed=500\nKeepFiles=Yes\nToolCount=2\nTool01=1|Slot drill|6.000|0.000\nTool02=2|End mill|3.000|0.000\n' > "$TMP/tools.conf"
+BRANTOK_STORE="$TMP/tools.conf" "./$BUILD/brantok-nc" preview "$TMP/Pocket2Tools.brx" -o "$OUT/preview-pocket.png" --size 1100x720
+"./$BUILD/showcase/preview_shot" "$TMP/Pocket2Tools.ncx" >/dev/null 2>&1 &
+APP=$!
+sleep 3
+import -window root "$TMP/shot.png" && convert "$TMP/shot.png" -crop 1000x700+0+0 +repage -strip "$OUT/preview-window.png"
+kill $APP
 ls -l "$OUT"
