@@ -2,4 +2,9 @@
 list(APPEND UI_SOURCES
     src/guide/frm_mill.h
     src/guide/frm_mill.cpp
+    src/guide/offset_panel.h
+    src/guide/offset_panel.cpp
+    src/guide/offset_wizard.h
+    src/guide/offset_wizard.cpp
+    src/guide/offset_art.cpp
 )
