@@ -52,4 +52,12 @@ APP=$!
 sleep 9
 crop toolchange.png
 kill $APP
+# The tool offset wizard: its first page, the choice of the tool, a task on the manual screen.
+for page in datum tools task; do
+  BRANTOK_STORE="$TMP/set.conf" "./$BUILD/showcase/offset_showcase" $page >/dev/null 2>&1 &
+  APP=$!
+  sleep 2
+  crop offset-$page.png
+  kill $APP
+done
 ls -l "$OUT"

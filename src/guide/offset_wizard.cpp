@@ -18,11 +18,13 @@
 #include "tools/tooltable.h"
 
 #include <QAction>
-#include <QFontMetrics>
+#include <QAbstractTextDocumentLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QTableWidget>
+#include <QTextBlock>
+#include <QTextDocument>
 #include <QTextEdit>
 
 using namespace vb;
@@ -41,7 +43,8 @@ QString Doc(const QString &body)
 QString Line(const QString &text) { return page::Para(page::Esc(text)); }
 QString Item(const QString &text) { return page::Numbered(page::Esc(text)); }
 QString Blue(const QString &text) { return page::Para(page::Coloured(kBlue, text)); }
-QString Empty() { return page::Para(QString()); }
+// An empty paragraph that keeps its line (the notice of the first page stands on three).
+QString Empty() { return QStringLiteral("<p style=\"-qt-paragraph-type:empty\"><br /></p>"); }
 
 const QString kDoneLine = QStringLiteral(" When the task is completed, click DONE.");
 const QString kRaiseLine = QStringLiteral(" Click NEXT when you are ready to raise the milling head.");
@@ -106,16 +109,20 @@ void TakeChosenTool(PicOffset *o)
     o->cmdOffNav[3]->setFocus();
 }
 
-// The notice over the first page's three empty paragraphs, centred in the frame.
+// The notice over the first page's three empty paragraphs (the page is in place), centred
+// in the frame.
 void ShowNoRoom(PicOffset *o)
 {
-    QFont f = o->rtbOffset->font();
-    f.setPointSize(10);
-    const int h = 3 * QFontMetrics(f).lineSpacing();
+    QTextDocument *doc = o->rtbOffset->document();
+    doc->setTextWidth(o->rtbOffset->viewport()->width());
+    const QRectF first = doc->documentLayout()->blockBoundingRect(doc->findBlockByNumber(0));
+    const QRectF fourth = doc->documentLayout()->blockBoundingRect(doc->findBlockByNumber(3));
+    const int top = o->rtbOffset->y() + o->rtbOffset->frameWidth() + static_cast<int>(first.top());
+    const int h = static_cast<int>(fourth.top() - first.top()) - 2;
     const int w = o->fraOffStep->width() * 4 / 5;
     o->txtNoRoom->setText(QStringLiteral(
         "If there is no space to do items 1 and 2, click Cancel and use manual control to make room."));
-    o->txtNoRoom->setGeometry((o->fraOffStep->width() - w) / 2, o->rtbOffset->y() + 4, w, h);
+    o->txtNoRoom->setGeometry((o->fraOffStep->width() - w) / 2, top, w, h);
     o->txtNoRoom->raise();
     o->txtNoRoom->show();
 }
@@ -243,7 +250,6 @@ void SetOffStep(int16_t intStep) try {
     case 0:
         gblnToolInserted = true;
         gblnToolInMachine = true;
-        ShowNoRoom(o);
         break;
     case 1:
         gblnToolInserted = false;
@@ -270,6 +276,8 @@ void SetOffStep(int16_t intStep) try {
     }
     o->fraOffTools->setVisible(blnTools);
     o->fraOffStep->setVisible(!blnTools);
+    if (intStep == 0)
+        ShowNoRoom(o);
     // 4.
     gintOffStep = intStep;
     SetOffNavBtns();
