@@ -31,6 +31,7 @@ QLabel *stepTitle(QWidget *parent, const char *name)
     f.setBold(true);
     l->setFont(f);
     l->setGeometry(8, 4, kWidth - 52, 28);
+    l->setAccessibleName(QStringLiteral("Step"));   // the step's title while one is shown
     return l;
 }
 
@@ -62,6 +63,9 @@ PicOffset::PicOffset(QWidget *parent) : QFrame(parent)
     rtbOffset->setGeometry(0, 36, fraOffStep->width(), kFrameHeight - 36);
     // The notice stands over the first page's three empty paragraphs (placed by the wizard).
     txtNoRoom = named(new QLabel(fraOffStep), "txtNoRoom");
+    txtNoRoom->setText(
+        QStringLiteral("If there is no space to do items 1 and 2, click Cancel and use manual control to make room."));
+    txtNoRoom->setAccessibleName(txtNoRoom->text());
     txtNoRoom->setWordWrap(true);
     txtNoRoom->setAlignment(Qt::AlignCenter);
     txtNoRoom->setStyleSheet(QStringLiteral("#txtNoRoom { background: #fff7d6; border: 1px solid #c9a227;"
@@ -81,7 +85,9 @@ PicOffset::PicOffset(QWidget *parent) : QFrame(parent)
 
     const char *captions[5] = {"&More", "Cancel", "< &Back", "&Next >", "&Finish"};
     for (int i = 0; i < 5; ++i) {
-        auto *b = named(new QPushButton(QString::fromLatin1(captions[i]), this), "cmdOffNav");
+        const QString caption = QString::fromLatin1(captions[i]);
+        auto *b = named(new QPushButton(caption, this), "cmdOffNav");
+        b->setAccessibleName(QString(caption).remove(u'&'));
         b->setAutoDefault(true);   // Enter presses the button that has the focus
         b->setFixedSize(100, 32);
         // More on its own at the left; Cancel, Back, Next, Finish together at the right.

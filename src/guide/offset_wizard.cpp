@@ -120,8 +120,6 @@ void ShowNoRoom(PicOffset *o)
     const int top = o->rtbOffset->y() + o->rtbOffset->frameWidth() + static_cast<int>(first.top());
     const int h = static_cast<int>(fourth.top() - first.top()) - 2;
     const int w = o->fraOffStep->width() * 4 / 5;
-    o->txtNoRoom->setText(QStringLiteral(
-        "If there is no space to do items 1 and 2, click Cancel and use manual control to make room."));
     o->txtNoRoom->setGeometry((o->fraOffStep->width() - w) / 2, top, w, h);
     o->txtNoRoom->raise();
     o->txtNoRoom->show();
@@ -267,13 +265,10 @@ void SetOffStep(int16_t intStep) try {
     const QString strTask = strOffStepTask(intStep);
     // 3. The page into the frame the step uses.
     const bool blnTools = intStep == 3 || intStep == 4;
-    if (blnTools) {
-        o->lblOffToolsTitle->setText(strOffStepTitle(intStep));
-        o->rtbOffTools->setHtml(strPage);
-    } else {
-        o->lblOffStepTitle->setText(strOffStepTitle(intStep));
-        o->rtbOffset->setHtml(strPage);
-    }
+    QLabel *title = blnTools ? o->lblOffToolsTitle : o->lblOffStepTitle;
+    title->setText(strOffStepTitle(intStep));
+    title->setAccessibleName(title->text());   // the title is the value a reader needs
+    (blnTools ? o->rtbOffTools : o->rtbOffset)->setHtml(strPage);
     o->fraOffTools->setVisible(blnTools);
     o->fraOffStep->setVisible(!blnTools);
     if (intStep == 0)
