@@ -51,6 +51,7 @@ PicOffset::PicOffset(QWidget *parent) : QFrame(parent)
     setObjectName(QStringLiteral("picOffset"));
     setAccessibleName(QStringLiteral("Tool offsets"));
     setFixedSize(kWidth, kHeight);
+    setFocusPolicy(Qt::ClickFocus);   // holds the focus for Enter and Esc when no control has it
     setStyleSheet(QStringLiteral("#picOffset { background: #ffffff; border: 1px solid #d5dbe1; border-radius: 10px; }"));
     hide();
 

@@ -18,6 +18,7 @@
 #include "tools/tooltable.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QAbstractTextDocumentLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -125,6 +126,15 @@ void ShowNoRoom(PicOffset *o)
     o->txtNoRoom->show();
 }
 
+// Enter and Esc reach the panel (its default and cancel buttons) unless one of its own
+// controls has the focus; the manual screen's focus is gone with it.
+void TakeFocus(PicOffset *o)
+{
+    QWidget *w = QApplication::focusWidget();
+    if (!w || !o->isAncestorOf(w) || !w->isEnabled())
+        o->setFocus();
+}
+
 } // namespace
 
 QString strOffStepTitle(int16_t intStep)
@@ -220,7 +230,10 @@ QString strOffStepTask(int16_t intStep)
     default:
         return QString();
     }
-    return Doc(body + Blue(kDoneLine));
+    // Close paragraphs: the task frame is small, and "click DONE" must show without scrolling.
+    body += Blue(kDoneLine);
+    body.replace(QStringLiteral("<p style=\""), QStringLiteral("<p style=\"margin-top:0px; margin-bottom:4px; "));
+    return Doc(body);
 }
 
 void ShowOffset() try {
@@ -289,6 +302,8 @@ void SetOffStep(int16_t intStep) try {
         k->fraTask->show();
         k->fraTask->raise();
         ShowKeyboard(intStep == 1);
+    } else {
+        TakeFocus(o);
     }
 } catch (...) {
     LogError("frmMain", "SetOffStep");
@@ -407,6 +422,7 @@ void ReturnToOffset() try {
     o->show();
     f->picKeyboard->hide();
     o->SetDefaultButton(3);
+    TakeFocus(o);
 } catch (...) {
     LogError("frmMain", "ReturnToOffset");
 }

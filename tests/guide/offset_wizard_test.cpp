@@ -17,6 +17,7 @@
 #include <QAction>
 #include <QCoreApplication>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QTextEdit>
 
@@ -110,7 +111,8 @@ TEST_F(OffsetWizard, TwoToolsMeasuredInOneVisitStoreTheirRecordsOnly)
     EXPECT_EQ(Buttons(), QStringLiteral("01010"));
     EXPECT_TRUE(gblnToolInserted && gblnToolInMachine);
 
-    Nav(3);   // the skim: with the spindle and its picture
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(o, &enter);   // Enter is Next: the skim, with the spindle and its picture
     EXPECT_FALSE(f->picKeyboard->picSpindleStart->isHidden());
     EXPECT_FALSE(f->picKeyboard->imgCutter->isHidden());
     EXPECT_FALSE(gblnToolInserted);
@@ -222,8 +224,9 @@ TEST_F(OffsetWizard, EscDuringTheRaisingTasksSetsTheDatumOrTheOffsetAgainAtThatH
     EXPECT_EQ(gtypTools(2).sngOffset, raised);
     EXPECT_EQ(strRegistryValueGet(strToolValueName(2), QString()), strToolRecord(gtypTools(2)));
     EXPECT_EQ(Buttons(), QStringLiteral("01110"));
-    // Cancel leaves at once; what was written stays written.
-    Nav(1);
+    // Esc on the wizard is Cancel: it leaves at once; what was written stays written.
+    QKeyEvent esc(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QCoreApplication::sendEvent(o, &esc);
     EXPECT_EQ(gintMode, 1);
     EXPECT_EQ(gtypTools(2).sngOffset, raised);
 }
