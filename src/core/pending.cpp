@@ -37,7 +37,7 @@ void SetSetStep(int16_t intStep)
     if (intStep == 10)
         ShowMenu(QString());
 }
-// Without the set-up wizard a task can't have been its; should one end here, the menu.
+// Without the wizards a task can't have been theirs; should one end here, the menu.
 void ReturnToSetMill(int16_t) { ShowMenu(QString()); }
 void ShowBillet(const QString &) {}
 void ShowMethod() { SetMode(8); }   // the subsequent-part screen, as it stands
