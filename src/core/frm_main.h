@@ -5,8 +5,8 @@
 #pragma once
 
 #include "core/main_panels.h"
-#include "guide/offset_panel.h"
 #include "link/keyboard_panel.h"
+#include "guide/offset_panel.h"
 #include "tools/tooldatapanel.h"
 #include "platform/forms.h"
 
