@@ -63,4 +63,12 @@ APP=$!
 sleep 3
 import -window root "$TMP/shot.png" && convert "$TMP/shot.png" -crop 1000x700+0+0 +repage -strip "$OUT/preview-window.png"
 kill $APP
+# The tool offset wizard: its first page, the choice of the tool, a task on the manual screen.
+for page in datum tools task; do
+  BRANTOK_STORE="$TMP/set.conf" "./$BUILD/showcase/offset_showcase" $page >/dev/null 2>&1 &
+  APP=$!
+  sleep 2
+  crop offset-$page.png
+  kill $APP
+done
 ls -l "$OUT"

@@ -6,6 +6,7 @@
 
 #include "core/main_panels.h"
 #include "link/keyboard_panel.h"
+#include "guide/offset_panel.h"
 #include "tools/tooldatapanel.h"
 #include "platform/forms.h"
 

@@ -37,11 +37,8 @@ void SetSetStep(int16_t intStep)
     if (intStep == 10)
         ShowMenu(QString());
 }
-void ShowOffset() {}
-void SetOffStep(int16_t) {}
 // Without the wizards a task can't have been theirs; should one end here, the menu.
 void ReturnToSetMill(int16_t) { ShowMenu(QString()); }
-void ReturnToOffset() { ShowMenu(QString()); }
 void ShowBillet(const QString &) {}
 void ShowMethod() { SetMode(8); }   // the subsequent-part screen, as it stands
 

@@ -12,14 +12,11 @@
 #include "files/filechoice.h"
 #include "files/recent.h"
 
-// --- Machining set-up wizard, offset wizard, billet help.
+// --- Machining set-up wizard, billet help.
 void ShowSetMill();
 void SetSetStep(int16_t intStep);
-void ShowOffset();
-void SetOffStep(int16_t intStep);
 // The ways back from a wizard's task on the manual screen (-1: the task has ended).
 void ReturnToSetMill(int16_t intStep);
-void ReturnToOffset();
 void ShowBillet(const QString &strReturn);
 void ShowMethod();                                     // after a run: the subsequent-part screen
 

@@ -7,6 +7,7 @@
 #include "core/logger.h"
 #include "core/pending.h"
 #include "core/state.h"
+#include "guide/offset_wizard.h"
 #include "link/keycontrol.h"
 #include "link/link_screen.h"
 #include "link/spindle.h"
