@@ -3,7 +3,7 @@ BUILD      ?= build
 BUILD_ASAN ?= build-asan
 JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: run test deps build asan bench clean
+.PHONY: run test deps build asan bench coverage clean
 
 deps:
 	@sh scripts/install-deps.sh
@@ -34,5 +34,14 @@ bench: deps
 	cmake --build $(BUILD) -j $(JOBS)
 	for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done
 
+# Line and branch coverage of the whole suite, per folder of src/, and an HTML report.
+coverage: deps
+	@sh scripts/install-deps.sh --coverage
+	cmake -S . -B build-coverage -G Ninja -DCMAKE_BUILD_TYPE=Debug -DBRANTOK_COVERAGE=ON -DBRANTOK_BENCH=OFF
+	cmake --build build-coverage -j $(JOBS)
+	find build-coverage -name '*.gcda' -delete
+	cd build-coverage && QT_QPA_PLATFORM=offscreen ctest -j $(JOBS) >/dev/null || true
+	@sh scripts/coverage-report.sh build-coverage
+
 clean:
-	rm -rf $(BUILD) $(BUILD_ASAN)
+	rm -rf $(BUILD) $(BUILD_ASAN) build-coverage

@@ -5,6 +5,7 @@ set -e
 PKGS="g++ make cmake ninja-build pkg-config qt6-base-dev qt6-base-dev-tools qt6-serialport-dev libgl-dev \
 libgtest-dev libgmock-dev libbenchmark-dev libxcb1-dev"
 [ "$1" = "--run" ] && PKGS="$PKGS qt6-qpa-plugins"
+[ "$1" = "--coverage" ] && PKGS="$PKGS gcovr"
 missing=""
 for p in $PKGS; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing="$missing $p"

@@ -62,4 +62,23 @@ for scene in step1 tools task step8 method; do
     cropw "wizard-$scene.png"
     kill $APP
 done
+
+# The toolpath preview of the pocket sample: the picture `brantok-nc preview` writes, and the
+# Preview window on the same analysed file.
+cp samples/Pocket2Tools.brx "$TMP/"
+printf '[General]\nRapidSpeed=500\nKeepFiles=Yes\nToolCount=2\nTool01=1|Slot drill|6.000|0.000\nTool02=2|End mill|3.000|0.000\n' > "$TMP/tools.conf"
+BRANTOK_STORE="$TMP/tools.conf" "./$BUILD/brantok-nc" preview "$TMP/Pocket2Tools.brx" -o "$OUT/preview-pocket.png" --size 1100x720
+"./$BUILD/showcase/preview_shot" "$TMP/Pocket2Tools.ncx" >/dev/null 2>&1 &
+APP=$!
+sleep 3
+import -window root "$TMP/shot.png" && convert "$TMP/shot.png" -crop 1000x700+0+0 +repage -strip "$OUT/preview-window.png"
+kill $APP
+# The tool offset wizard: its first page, the choice of the tool, a task on the manual screen.
+for page in datum tools task; do
+  BRANTOK_STORE="$TMP/set.conf" "./$BUILD/showcase/offset_showcase" $page >/dev/null 2>&1 &
+  APP=$!
+  sleep 2
+  crop offset-$page.png
+  kill $APP
+done
 ls -l "$OUT"

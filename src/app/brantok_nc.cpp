@@ -4,10 +4,14 @@
 #include "app/nc_check.h"
 #include "app/nc_console.h"
 #include "app/nc_compile.h"
+#include "app/nc_preview.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 
 #include <cstdio>
+#include <cstring>
+#include <memory>
 
 namespace {
 
@@ -21,6 +25,8 @@ const NcCommand kCommands[] = {
     {"check", NcCheck, "check FILE      read an NC program as Brantok does; exit 0 clean, 1 fault, 2 error trap"},
     {"compile", NcCompile, "compile FILE    compile an NC program as Brantok does before machining"},
     {"dump", NcDump, "dump FILE.ncx   show an analysed file readably"},
+    {"preview", NcPreview, "preview FILE -o OUT.png [--size WxH]\n"
+                           "                  draw the toolpath (FILE an NC program or .ncx); print the machining time"},
 };
 
 int Usage()
@@ -35,7 +41,13 @@ int Usage()
 
 int main(int argc, char **argv)
 {
-    QCoreApplication app(argc, argv);
+    // The preview paints text, which needs the GUI application; it draws into a picture, so
+    // it needs no screen: without one it takes the offscreen platform.
+    const bool blnPaints = argc > 1 && std::strcmp(argv[1], "preview") == 0;
+    if (blnPaints && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    std::unique_ptr<QCoreApplication> app = blnPaints ? std::make_unique<QGuiApplication>(argc, argv)
+                                                      : std::make_unique<QCoreApplication>(argc, argv);
     QStringList args = QCoreApplication::arguments();
     args.removeFirst();
     if (args.isEmpty())

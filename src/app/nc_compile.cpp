@@ -12,6 +12,7 @@
 #include "nc/evaluate.h"
 #include "nc/ncxdump.h"
 #include "nc/reader.h"
+#include "preview/toolpath.h"
 #include "tools/tooltable.h"
 
 #include <QFile>
@@ -20,13 +21,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-int NcCompile(const QStringList &args)
+int CompileToAnalysed(const QString &strPath)
 {
-    if (args.size() != 1 || args.at(0).isEmpty()) {
-        std::fputs("usage: brantok-nc compile FILE\n", stderr);
-        return kExitUsage;
-    }
-    const QString strFile = QFileInfo(args.at(0)).absoluteFilePath();
+    const QString strFile = QFileInfo(strPath).absoluteFilePath();
     InstallConsoleHooks();
     ReadStartSettings();
     ToolDataLoad();
@@ -59,6 +56,30 @@ int NcCompile(const QStringList &args)
         EvaluateCommands();
     }
     Print(QStringLiteral("Analysed file: ") + gstrAnalysedFile);
+    return kExitClean;
+}
+
+QString strToolType(int16_t intNumber)
+{
+    const int16_t id = intToolGetId(intNumber);
+    return id != 0 ? gtypTools(id).strType : QString();
+}
+
+int NcCompile(const QStringList &args)
+{
+    if (args.size() != 1 || args.at(0).isEmpty()) {
+        std::fputs("usage: brantok-nc compile FILE\n", stderr);
+        return kExitUsage;
+    }
+    const int result = CompileToAnalysed(args.at(0));
+    if (result != kExitClean)
+        return result;
+    const Toolpath path = LoadToolpathFile(gstrAnalysedFile);
+    if (!path.error.isEmpty()) {
+        Print(path.error, stderr);
+        return kExitFault;
+    }
+    Print(strPreviewTimeLine(path));
     return kExitClean;
 }
 

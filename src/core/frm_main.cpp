@@ -2,6 +2,7 @@
 // resize and key events. The modes are in frm_main_modes.cpp, the panels in
 // main_menu_panel.cpp and main_panels.cpp.
 #include "core/frm_main.h"
+#include "preview/preview_window.h"
 #include "core/help_calc.h"
 
 #include "core/artwork.h"
@@ -147,6 +148,7 @@ void FrmMain::buildMenus()
     mnuMKeyboard = entry(mnuMill, "mnuMKeyboard", QStringLiteral("Use &Keyboard to move Tool"));
     mnuMMill = entry(mnuMill, "mnuMMill", QStringLiteral("&Mill a Part"));
     mnuMsep0 = separator(mnuMill, "mnuMsep0");
+    AddPreviewMenuEntry(mnuMill, mnuMsep0);   // ours: the toolpath of the last analysed file
     mnuMStart = entry(mnuMill, "mnuMStart", QStringLiteral("&Start Spindle"));
     mnuMStop = entry(mnuMill, "mnuMStop", QStringLiteral("Sto&p Spindle"));
     mnuMsep1 = separator(mnuMill, "mnuMsep1");

@@ -8,6 +8,7 @@
 #include "guide/method_panel.h"
 #include "guide/setmill_panel.h"
 #include "link/keyboard_panel.h"
+#include "guide/offset_panel.h"
 #include "tools/tooldatapanel.h"
 #include "platform/forms.h"
 

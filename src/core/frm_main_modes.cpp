@@ -13,6 +13,7 @@
 #include "core/pending.h"
 #include "guide/setmill.h"
 #include "core/state.h"
+#include "guide/offset_wizard.h"
 #include "link/spindle.h"
 #include "tools/toolgrid.h"
 #include "tools/tooltable.h"

@@ -74,14 +74,6 @@ PicMachining::PicMachining(QWidget *parent) : QFrame(parent)
     lblEscape->setGeometry(0, 400, 460, 30);
 }
 
-PicOffset::PicOffset(QWidget *parent) : QFrame(parent)
-{
-    card(this, "picOffset", QStringLiteral("Tool offsets"), 580, 430);
-    lblOffStepTitle = title(this, "lblOffStepTitle", QString(), 18, 12, 540);
-    rtbOffset = readOnlyText(this, "rtbOffset", QStringLiteral("Offset step"));
-    rtbOffset->setGeometry(18, 46, 544, 366);
-}
-
 PicBilletSize::PicBilletSize(QWidget *parent) : QFrame(parent)
 {
     card(this, "picBilletSize", QStringLiteral("Billet size and placing"), 660, 450);

@@ -88,13 +88,7 @@ public:
     QLabel *lblEscape;
 };
 
-// Mode 7: the tool offset wizard.
-class PicOffset : public QFrame {
-public:
-    explicit PicOffset(QWidget *parent);
-    QLabel *lblOffStepTitle;
-    QTextEdit *rtbOffset;
-};
+// Mode 7: the tool offset wizard is the wizard's own panel (guide/offset_panel.h).
 
 // Mode 8: the subsequent-part choice is its own panel (guide/method_panel.h).
 

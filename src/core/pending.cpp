@@ -28,10 +28,6 @@ void LaunchFile(const QString &, int16_t) {}
 void mnuTimport_Click() {}
 
 
-void ShowOffset() {}
-void SetOffStep(int16_t) {}
-// Without the wizards a task can't have been theirs; should one end here, the menu.
-void ReturnToOffset() { ShowMenu(QString()); }
 void ShowBillet(const QString &) {}
 
 

@@ -12,11 +12,7 @@
 #include "files/filechoice.h"
 #include "files/recent.h"
 
-// --- Machining set-up wizard, offset wizard, billet help.
-void ShowOffset();
-void SetOffStep(int16_t intStep);
-// The ways back from a wizard's task on the manual screen (-1: the task has ended).
-void ReturnToOffset();
+// --- Billet help. (The set-up wizard: guide/setmill.h; the offset wizard: its own header.)
 void ShowBillet(const QString &strReturn);
 
 // --- Code editor (replaced by the code editor part).

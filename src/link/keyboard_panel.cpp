@@ -8,6 +8,7 @@
 #include "core/pending.h"
 #include "guide/setmill.h"
 #include "core/state.h"
+#include "guide/offset_wizard.h"
 #include "link/keycontrol.h"
 #include "link/link_screen.h"
 #include "link/spindle.h"

@@ -186,6 +186,8 @@ void ControllerEmulator::startRecord(int64_t at)
     ++m_running->next;
     m_recordEnd = at + ticks * 1'000'000'000 / kTimerHz;
 
+    if ((cmd & kSpindleMask) != kSpindleMask)
+        m_motionNs += m_recordEnd - at;
     if ((cmd & kSpindleMask) == kSpindleMask) {
         ++m_spindleRecords;
         if (cmd & kSpindleOnBit) {

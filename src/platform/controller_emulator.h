@@ -99,6 +99,9 @@ public:
     int64_t droppedSteps() const { return m_droppedSteps; }  // step records dropped by the door or a reset
     int64_t spindleRefused() const { return m_spindleRefused; }
     int64_t spindleRecords() const { return m_spindleRecords; }
+    // Time of the step and delay records started since construction (ns): the machine's own
+    // running time, without idle waits and without the spindle records.
+    int64_t motionNs() const { return m_motionNs; }
     int64_t resets() const { return m_resets; }
     // Times a frame ran out with no frame waiting, and the time spent idle after that
     // until the next frame started (ns).
@@ -159,6 +162,7 @@ private:
     int64_t m_droppedSteps = 0;
     int64_t m_spindleRefused = 0;
     int64_t m_spindleRecords = 0;
+    int64_t m_motionNs = 0;
     int64_t m_resets = 0;
     int64_t m_dryRuns = 0;
     int64_t m_idleNs = 0;

@@ -271,7 +271,7 @@ TEST_F(MainWindow, CaptionsAndAccessibleNames)
         return out;
     };
     EXPECT_EQ(f->mnuMill->title(), QStringLiteral("&Mill   "));
-    EXPECT_EQ(layout(f->mnuMill), (QStringList{"Use &Keyboard to move Tool", "&Mill a Part", "-mnuMsep0",
+    EXPECT_EQ(layout(f->mnuMill), (QStringList{"Use &Keyboard to move Tool", "&Mill a Part", "Pre&view Last Analysed File", "-mnuMsep0",
                                                "&Start Spindle", "Sto&p Spindle", "-mnuMsep1", "", "-mnuMsep2", "E&xit"}));
     EXPECT_EQ(layout(f->mnuTools), (QStringList{"Tool &Data Table", "Tool &Offsets", "-mnuTsep1", "CNC Code &Editor",
                                                 "&Import File", "&Calculator"}));
