@@ -302,3 +302,40 @@ TEST(WizardFlow, TheControllerLostDuringATaskSendsNothingUntilItIsBackAndTheTask
     EXPECT_EQ(glngPosZ, 0);
     EXPECT_FALSE(w.f->picSetMill->isHidden());
 }
+
+TEST(WizardFlow, TheDoorOpenedDuringATaskStopsTheSpindleAndTheTaskStillEndsByDone)
+{
+    WizardWorld w;
+    ToToolStep(w);
+    w.nav(3);   // the top's task, with the spindle
+    frmSplash()->tmrKeyControl->stop();
+    ControllerEmulator &c = w.emu->controller();
+    int64_t zAtOpen = 0;
+    bool spindleRan = false;
+    int n = 0;
+    w.onPump = [&] {
+        ++n;
+        if (n == 5) {
+            gblnSpindleStartReq = true;
+            w.keys.Press(VK_NEXT);
+            w.keys.Press(VK_NUMPAD9);
+        }
+        if (n == 400) {   // the door opens; the operator lets go of the keys
+            spindleRan = c.spindleOn();
+            c.openDoor();
+            zAtOpen = c.posZ();
+            w.keys.ReleaseAll();
+        }
+        if (n > 400 && gintBuffersOut == 0 && gblnKeyLoop)
+            w.f->picKeyboard->cmdDone->click();
+        if (n > 200000)
+            gblnKeyLoop = false;
+    };
+    frmSplash()->tmrKeyControl_Timer();
+    w.onPump = nullptr;
+    EXPECT_TRUE(spindleRan);
+    EXPECT_FALSE(c.spindleOn());
+    EXPECT_LE(zAtOpen - c.posZ(), 32);   // at most the two frames already out
+    EXPECT_EQ(gintSetStep, 4);
+    EXPECT_FALSE(w.f->picSetMill->isHidden());
+}
