@@ -142,20 +142,6 @@ TEST_F(ManualScreen, DoneWaitsForEnterToComeUpAndTheResetButtonsWork)
     EXPECT_EQ(glngDisplayZ, 0);
 }
 
-TEST_F(ManualScreen, EveryControlHasAnAccessibleName)
-{
-    // Every control is made with a name; the unnamed and "qt_" ones are parts of Qt's own
-    // controls (the text box's scroll bars).
-    int named = 0;
-    for (QWidget *w : f->picKeyboard->findChildren<QWidget *>()) {
-        if (w->objectName().isEmpty() || w->objectName().startsWith(QLatin1String("qt_")))
-            continue;
-        ++named;
-        EXPECT_FALSE(w->accessibleName().isEmpty()) << w->objectName().toStdString();
-    }
-    EXPECT_GT(named, 40);
-}
-
 TEST_F(ManualScreen, ASpindleRequestFromAnotherScreenIsForgotten)
 {
     // "Start Spindle" clicked in the Mill menu while machining: the manual screen must not
