@@ -23,13 +23,14 @@
 int NcCompile(const QStringList &args)
 {
     if (args.size() != 1 || args.at(0).isEmpty()) {
-        std::fputs("usage: brantok-nc compile FILE\n", stderr);
+        std::fputs("usage: brantok-nc compile [--tools TOOLS] FILE\n", stderr);
         return kExitUsage;
     }
     const QString strFile = QFileInfo(args.at(0)).absoluteFilePath();
     InstallConsoleHooks();
     ReadStartSettings();
-    ToolDataLoad();
+    if (!blnLoadTools())
+        return kExitFault;
     gblnCancel = false;
     // As the file chooser decides: a file on removable media keeps its analysed file in the
     // temporary folder.
