@@ -12,6 +12,7 @@
 #include "core/msgbox.h"
 #include "core/pending.h"
 #include "core/state.h"
+#include "guide/billet.h"
 #include "link/spindle.h"
 #include "tools/toolgrid.h"
 #include "tools/tooltable.h"
