@@ -5,6 +5,7 @@
 #include "core/ui_fixture.h"
 #include "files/file_dialog.h"
 #include "files/filechoice.h"
+#include "files/import.h"
 #include "files/recent.h"
 
 #include <QAbstractItemView>
@@ -221,6 +222,73 @@ TEST_F(FilesTest, LaunchFileAsksForAMissingFileThenGivesItUp)
     EXPECT_TRUE(gblnSetupWizard);
     EXPECT_EQ(frmMain()->picKeyboard->cmdDoneTag, QStringLiteral("Done"));
     EXPECT_EQ(boxes->shown().size(), 2u);
+}
+
+} // namespace
+
+namespace {
+
+class ImportTest : public FilesTest {
+protected:
+    void TearDown() override
+    {
+        SetCopyFaultAfter(-1);
+        FilesTest::TearDown();
+    }
+    // The open dialog answers the source, the save dialog the target each time it is shown.
+    void Answer(const QString &source, QStringList targets)
+    {
+        SetFileDialogScript([source, targets](const QString &title, const QString &) mutable {
+            if (title == QLatin1String("Select file to import"))
+                return source;
+            return targets.isEmpty() ? QString() : targets.takeFirst();
+        });
+    }
+    static QByteArray Read(const QString &path)
+    {
+        QFile f(path);
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+    QTemporaryDir stick;
+};
+
+TEST_F(ImportTest, AnExistingNameIsAskedAboutBeforeItIsReplaced)
+{
+    const QString source = stick.path() + QStringLiteral("/part.txt");
+    QFile::copy(File(QStringLiteral("x")), source);
+    const QString target = File(QStringLiteral("part.brx"), "old");
+    Answer(source, {target, QString()});
+    boxes->answer(vbNo);   // No: the save dialog again, then Cancel
+    mnuTimport_Click();
+    EXPECT_EQ(Read(target), QByteArray("old"));
+    ASSERT_EQ(boxes->shown().size(), 1u);
+    EXPECT_EQ(boxes->last().text, target + QStringLiteral(" already exists.\r\nDo you want to replace it?"));
+    EXPECT_EQ(boxes->last().flags, vbYesNo + vbExclamation);
+    EXPECT_EQ(boxes->last().title, QStringLiteral("Save NC File As"));
+    Answer(source, {target});
+    boxes->answer(vbYes);
+    mnuTimport_Click();
+    EXPECT_EQ(Read(target), Read(source));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("CNC File Import"), QString()), stick.path());
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("CNC File Path"), QString()), dir.path());
+    EXPECT_FALSE(QApplication::overrideCursor());
+}
+
+TEST_F(ImportTest, ACopyThatFailsHalfWayLeavesTheTargetAndEndsInTheTrap)
+{
+    const QString source = stick.path() + QStringLiteral("/big.brx");
+    QFile big(source);
+    ASSERT_TRUE(big.open(QIODevice::WriteOnly));
+    big.write(QByteArray(300 * 1024, 'N'));
+    big.close();
+    const QString target = File(QStringLiteral("big.brx"), "old");
+    Answer(source, {target});
+    SetCopyFaultAfter(100 * 1024);   // the stick pulled after 100 KiB
+    TrapRecorder trap;
+    EXPECT_THROW(mnuTimport_Click(), TrapEnded);
+    EXPECT_EQ(trap.report(), ExpectedTrap("frmCopy", "Form_Activate", 57, QStringLiteral("Device I/O error")));
+    EXPECT_EQ(Read(target), QByteArray("old"));
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList({"big.brx"}));   // no temporary file left
 }
 
 } // namespace
