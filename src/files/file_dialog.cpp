@@ -18,6 +18,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "core/frm_main.h"
@@ -137,7 +138,11 @@ bool FileDialog::ShowOnce(QString &strChosen)
             grid->addWidget(panel, 0, grid->columnCount(), grid->rowCount(), 1);
             panel->show();
         }
-        d->resize(d->sizeHint().width() + kPanelWidth + 180, qMax(d->sizeHint().height(), kPanelHeight + 60));
+        // Room for the file list and the panel, within the screen.
+        QSize size(900, kPanelHeight + 70);
+        if (const QScreen *screen = d->screen())
+            size = size.boundedTo(screen->availableGeometry().size() - QSize(40, 60));
+        d->resize(size);
     }
     if (FileBrowse) {
         QObject::connect(d, &QFileDialog::currentChanged, d, [this](const QString &strFile) { FileBrowse(strFile); });
@@ -171,14 +176,13 @@ FrmControls::FrmControls()
     lblMRU->setObjectName(QStringLiteral("lblMRU"));
     cboMRU = new QComboBox(picHeader);
     cboMRU->setObjectName(QStringLiteral("cboMRU"));
-    cboMRU->setPlaceholderText(QStringLiteral("(none picked)"));
+    cboMRU->setPlaceholderText(QStringLiteral("Pick a recent file"));
     lblMRU->setBuddy(cboMRU);
     lblHeader = new QLabel(QStringLiteral("File Header"), picHeader);
     lblHeader->setObjectName(QStringLiteral("lblHeader"));
     rtbHeader = new QPlainTextEdit(picHeader);
     rtbHeader->setObjectName(QStringLiteral("rtbHeader"));
     rtbHeader->setReadOnly(true);
-    rtbHeader->setLineWrapMode(QPlainTextEdit::NoWrap);
     lblHeader->setBuddy(rtbHeader);
     for (QLabel *l : {lblMRU, lblHeader}) {
         QFont f = l->font();

@@ -52,7 +52,14 @@ constexpr float kBigRadius = 16.0f;
 
 QString BoldItalic(const QString &s) { return QStringLiteral("<b><i>") + Esc(s) + QStringLiteral("</i></b>"); }
 const QString kCentreLine = BoldItalic(QStringLiteral("centre-line"));
-const QString kBlankLine = Para(QStringLiteral("&nbsp;"));
+// The page's paragraphs: left indent 100 twips, no space of their own above or below; the
+// blank lines of page 1 are paragraphs of their own.
+QString Line(const QString &html, int intSpaceAbove = 0)
+{
+    return QStringLiteral("<p style=\"margin-left:7px; margin-top:%1px; margin-bottom:0px\">").arg(intSpaceAbove) + html +
+           QStringLiteral("</p>");
+}
+const QString kBlankLine = Line(QStringLiteral("&nbsp;"));
 
 // Lets the page be drawn and the operator act while the billet travels.
 void SlidePause()
@@ -125,7 +132,7 @@ void BilletPicture::paintEvent(QPaintEvent *)
     p.setPen(QPen(QColor(0x1d, 0x4e, 0xd8), 2, Qt::DashLine));
     p.drawRect(env);
     p.setPen(QColor(0x1e, 0x3a, 0x8a));
-    p.drawText(rect(3, 88, 120, 10), Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("Working envelope"));
+    p.drawText(rect(80, -12, 120, 10), Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("Working envelope"));
     if (blnDimensions) {
         QPen dim(QColor(0x1e, 0x3a, 0x8a), 1.2);
         p.setPen(dim);
@@ -240,33 +247,34 @@ QString strBilletTopicText(int16_t intTopic)
     QString body;
     switch (intTopic) {
     case 1:
-        body = Para(text("This is the biggest rectangle which can be traced on the mill table by the tool ") + kCentreLine +
+        body = Line(text("This is the biggest rectangle which can be traced on the mill table by the tool ") + kCentreLine +
                     QStringLiteral(".")) +
-               kBlankLine + Para(text("Its size in X is 200mm and in Y 100mm.")) + kBlankLine +
-               Para(text("Note: a very small number of the last machines made have a maximum Y movement of 125mm."));
+               kBlankLine + Line(text("Its size in X is 200mm and in Y 100mm.")) + kBlankLine +
+               Line(text("Note: a very small number of the last machines made have a maximum Y movement of 125mm."));
         break;
     case 2:
-        body = Para(text("The picture shows a badly placed billet. It is partly outside the working envelope. "
+        body = Line(text("The picture shows a badly placed billet. It is partly outside the working envelope. "
                          "If the code contains a tool ") +
                     kCentreLine +
                     text(" move to a point outside the working envelope, the mill table will hit an end stop before it "
                          "gets there. Machining must be stopped at once: hit Escape on the PC keyboard."));
         break;
     case 3:
-        body = Para(text("The picture shows a well placed billet. It is central in the working envelope. With a small "
+        body = Line(text("The picture shows a well placed billet. It is central in the working envelope. With a small "
                          "billet, 'near enough is good enough'. The bigger the billet, the greater the care needed to "
                          "place it centrally."));
         break;
     case 4:
-        body = Para(strLarge + text("small, the ") + kCentreLine +
+        body = Line(strLarge + text("small, the ") + kCentreLine +
                     text(" of the tool always stays inside the working envelope. The cut will be successful."));
         break;
     case 5:
-        body = Para(strLarge + text("large, the ") + kCentreLine +
+        body = Line(strLarge + text("large, the ") + kCentreLine +
                     text(" of the tool is outside the working envelope on two of the four sides.")) +
-               Para(text("The cut will fail because the mill table will hit an end-stop when it tries to move to the "
+               Line(text("The cut will fail because the mill table will hit an end-stop when it tries to move to the "
                          "cutting position. ") +
-                    Coloured(kRed, QStringLiteral("The machining attempt must be stopped at once.")));
+                        Coloured(kRed, QStringLiteral("The machining attempt must be stopped at once.")),
+                    6);
         break;
     default:
         break;
