@@ -5,10 +5,6 @@
 #include "core/frm_main.h"
 #include "core/state.h"
 
-#include <QFile>
-
-
-
 void ShowSetMill() {}
 // Every step change stops the busy book. Step 10 ("Cancel: Return to Menu") leads to the
 // menu: without the wizard's page, at once.
@@ -24,7 +20,6 @@ void SetOffStep(int16_t) {}
 void ReturnToSetMill(int16_t) { ShowMenu(QString()); }
 void ReturnToOffset() { ShowMenu(QString()); }
 void ShowMethod() { SetMode(8); }   // the subsequent-part screen, as it stands
-
 
 // The editor's unload gives the main menu back with SetMode(1); with no editor, at once.
 void ShowCodeEditor() { SetMode(1); }

@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFrame>
@@ -40,6 +41,25 @@ QStringList NameFilters(const QString &strFilter)
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
         filters.append(parts[i]);
     return filters;
+}
+
+// The preview's guard against a file whose first line never ends (a disk image, a file of
+// zeros): the reader would take the whole file in as one line. A first line longer than this
+// is answered as the reader answers its first character, without reading the file.
+constexpr qint64 kLongestFirstLine = 64 * 1024;   // bytes
+
+// True with the answer in strAnswer when the file's first line is longer than the limit.
+bool blnHeaderOfEndlessLine(const QString &strFile, QString &strAnswer)
+{
+    QFile f(strFile);
+    if (!f.open(QIODevice::ReadOnly) || f.size() <= kLongestFirstLine)
+        return false;
+    const QByteArray head = f.read(kLongestFirstLine);
+    if (head.size() < kLongestFirstLine || head.contains('\n') || head.contains('\r'))
+        return false;
+    const unsigned char c = static_cast<unsigned char>(head.at(0));
+    strAnswer = c < ' ' || c > 'z' ? QStringLiteral("*** NOT A Brantok FILE ***") : QString();
+    return true;
 }
 
 QWidget *MainWindowShown()
@@ -232,7 +252,8 @@ void dlgFiles_FileBrowse(const QString &strFile) try {
     // A folder, a missing file or a device (which could be read for ever) changes nothing.
     if (!blnStdFileExists(strFile) || !QFileInfo(strFile).isFile())
         return;
-    gstrHeader = strHeader(strFile);
+    QString strAnswer;
+    gstrHeader = blnHeaderOfEndlessLine(strFile, strAnswer) ? strAnswer : strHeader(strFile);
     if (frmControlsLoaded())
         frmControls()->rtbHeader->setPlainText(QString(gstrHeader).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
 } catch (...) {

@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QTextBlock>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -198,6 +199,31 @@ TEST_F(FilesTest, RealDialogShowsTheHeaderUnderTheCursor)
     EXPECT_EQ(headers, QStringList({" Second part\n", " Second part\n", a, a}));
     EXPECT_EQ(folders, QStringList({dir.path(), other.path()}));
     EXPECT_EQ(Captions(), QStringList({"&1 " + recent}));   // unchanged until a file is accepted
+}
+
+TEST_F(FilesTest, HeaderPreviewOfOddFiles)
+{
+    QByteArray longHeader = "%\n";
+    for (int i = 0; i < 10000; ++i)
+        longHeader += "* line\n";
+    const struct {
+        QString path;
+        int lines;        // lines in the header box afterwards
+        QString first;    // its first line
+    } cases[] = {
+        {File(QStringLiteral("long.brx"), longHeader), 10001, QStringLiteral(" line")},
+        {dir.path() + QStringLiteral("/gone.brx"), 10001, QStringLiteral(" line")},   // nothing changes
+        {dir.path(), 10001, QStringLiteral(" line")},
+        {File(QStringLiteral("zeros.img"), QByteArray(1 << 20, '\0')), 1, QStringLiteral("*** NOT A Brantok FILE ***")},
+        {File(QStringLiteral("bin.dat"), QByteArray("\x7f\x45\x4c\x46\x02\n\x01\x01", 8)), 1,
+         QStringLiteral("*** NOT A Brantok FILE ***")},
+    };
+    QPlainTextEdit *box = frmControls()->rtbHeader;
+    for (const auto &c : cases) {
+        dlgFiles_FileBrowse(c.path);
+        EXPECT_EQ(box->document()->blockCount(), c.lines) << c.path.toStdString();
+        EXPECT_EQ(box->document()->firstBlock().text(), c.first) << c.path.toStdString();
+    }
 }
 
 TEST_F(FilesTest, LaunchFileAsksForAMissingFileThenGivesItUp)
