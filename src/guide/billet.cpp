@@ -73,12 +73,13 @@ void SlidePause()
     } while (t.elapsed() < kSlideMsPerMm);
 }
 
-// Moves the billet to (x, y) one millimetre at a time, X first, then Y.
+// Moves the billet to (x, y) one millimetre at a time, X first, then Y. A page left during
+// the slide (Return, another screen) puts the billet at its place at once.
 void SlideBillet(float x, float y)
 {
     QPointer<BilletPicture> pic = gPage.imgTable;
     auto step = [&](float &pos, float target) {
-        while (pic && std::fabs(pos - target) >= 1.0f) {
+        while (pic && !pic->parentWidget()->isHidden() && std::fabs(pos - target) >= 1.0f) {
             pos += pos < target ? 1.0f : -1.0f;
             pic->update();
             SlidePause();

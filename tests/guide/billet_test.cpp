@@ -14,6 +14,11 @@ namespace {
 
 class BilletTest : public UiTest {
 protected:
+    void SetUp() override
+    {
+        UiTest::SetUp();
+        frmMain()->tmrShowMenu->stop();   // the main menu would come up in the middle of a slide
+    }
     void TearDown() override
     {
         SetPumpHook({});
