@@ -1,6 +1,6 @@
 // Puts the main window into a chosen state and leaves it on the screen, for screenshots
 // and for looking at a screen whose own part isn't built yet:
-//     ui_showcase busy | machining | method | keyboard | billet N | files FOLDER
+//     ui_showcase busy | machining | method | keyboard | billet N | files FOLDER | copy
 // Not a test; runs against the store in $BRANTOK_STORE like the program.
 #include "core/artwork.h"
 #include "core/frm_main.h"
@@ -8,6 +8,7 @@
 #include "core/store.h"
 #include "files/file_dialog.h"
 #include "files/filechoice.h"
+#include "files/import.h"
 #include "files/recent.h"
 #include "guide/billet.h"
 #include "platform/gui_hooks.h"
@@ -60,6 +61,14 @@ int main(int argc, char **argv)
             SetMode(8);
         } else if (scene == QLatin1String("keyboard")) {
             SetMode(2);
+        } else if (scene == QLatin1String("copy")) {
+            // frmCopy as it stands while a file is copied (the copy itself not started).
+            FrmCopy *copy = frmCopy();
+            copy->lblFrom->setText(QStringLiteral("/media/operator/STICK/Bracket.brx"));
+            copy->lblTo->setText(QDir::homePath() + QStringLiteral("/Brantok/Bracket.brx"));
+            copy->adjustSize();
+            copy->show();
+            CentreOverMain(copy);
         } else if (scene == QLatin1String("billet")) {
             ShowBillet(QStringLiteral("Menu"));
             ShowTopic(static_cast<int16_t>(argc > 2 ? QString::fromLocal8Bit(argv[2]).toInt() : 1));
