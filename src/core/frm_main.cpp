@@ -13,6 +13,8 @@
 #include "core/store.h"
 #include "core/vb.h"
 #include "core/window_hook.h"
+#include "files/filechoice.h"
+#include "files/recent.h"
 #include "link/spindle.h"
 #include "link/stream.h"
 

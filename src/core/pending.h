@@ -8,16 +8,11 @@
 
 #include <cstdint>
 
-// --- Recent files, file choice and import: declared in their own headers, stand-ins here.
-#include "files/filechoice.h"
-#include "files/recent.h"
-
-// --- Machining set-up wizard, billet help.
+// --- Machining set-up wizard.
 void ShowSetMill();
 void SetSetStep(int16_t intStep);
 // The ways back from a wizard's task on the manual screen (-1: the task has ended).
 void ReturnToSetMill(int16_t intStep);
-void ShowBillet(const QString &strReturn);
 void ShowMethod();                                     // after a run: the subsequent-part screen
 
 // --- Code editor (replaced by the code editor part).

@@ -7,4 +7,6 @@ list(APPEND UI_SOURCES
     src/guide/offset_wizard.cpp
     src/guide/frm_mill.h
     src/guide/frm_mill.cpp
+    src/guide/billet.h
+    src/guide/billet.cpp
 )
