@@ -41,18 +41,18 @@ set(CPACK_PACKAGE_NAME brantok)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_PACKAGE_CONTACT "The Brantok developers <brantok@localhost>")
+set(CPACK_PACKAGE_CONTACT "The Brantok developers <brantok@brantok.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "PC control of a step-motor milling machine")
-set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "PC control of a step-motor milling machine
- Brantok checks an NC program (a subset of G-code) against the tool table and the
- machine's limits, compiles it into motor steps, leads the operator through the
- set-up of the billet, the origins and the tool offsets, and plays the steps to the
- Brantok controller over a serial line. Without the controller everything but the
- movement of the machine can be rehearsed offline.
- .
- Also in the package: brantok-nc, which checks, compiles and dumps NC programs on
- the command line, and brantok-emulator, the controller emulated on a
- pseudo-terminal.")
+# The synopsis is the summary above; CPack indents these lines and turns the empty one into " .".
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "Brantok checks an NC program (a subset of G-code) against the tool table
+and the machine's limits, compiles it into motor steps, leads the operator
+through the set-up of the billet, the origins and the tool offsets, and plays
+the steps to the Brantok controller over a serial line. Without the controller
+everything but the movement of the machine can be rehearsed offline.
+
+Also in the package: brantok-nc, which checks, compiles and dumps NC programs
+on the command line, and brantok-emulator, the controller emulated on a
+pseudo-terminal.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION electronics)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
