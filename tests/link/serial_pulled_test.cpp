@@ -10,6 +10,8 @@
 #include "platform/keystate.h"
 #include "platform/qt_serial_port.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QTimer>
 
 #include <array>
@@ -153,4 +155,24 @@ TEST(PulledAdapter, DuringAJogTheAlarmComesOnceAndTheKeysGoOnOffline)
     EXPECT_GT(glngPosX, pulled.posAtAlarm[0]);
     EXPECT_EQ(gintBuffersOut, 0);
     ResetKeyControl();
+}
+
+TEST(PulledAdapter, WhileIdleTheLineGoesQuietAndTheWatchdogRaisesTheAlarm)
+{
+    LinkWorld w;
+    PulledLine pulled(w);
+    ASSERT_FALSE(pulled.emu.path.isEmpty());
+    SetPumpHook({});
+    w.goOnline();
+    pulled.emu.kill();
+    // Nothing is out: only the event loop turns, as the program waits for the operator.
+    QElapsedTimer t;
+    t.start();
+    while (t.elapsed() < 300)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    EXPECT_TRUE(pulled.line->deviceLost());
+    EXPECT_TRUE(w.skullTexts.isEmpty());
+    // The watchdog's next tick finds no controller: the alarm, and offline as ticked.
+    tmrOnline_Timer();
+    pulled.expectAlarmOnceAndOffline(w);
 }
