@@ -52,4 +52,10 @@ APP=$!
 sleep 9
 crop toolchange.png
 kill $APP
+# The serial adapter pulled mid-run (the emulator program killed): the hardware alarm.
+"./$BUILD/showcase/machining_showcase" pulled >/dev/null 2>&1 &
+APP=$!
+sleep 9
+crop pulled-adapter.png
+kill $APP
 ls -l "$OUT"
