@@ -143,6 +143,7 @@ int FuzzNcReader(const uint8_t *data, size_t size)
     WriteBytes(g_ncPath, reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
     gfnCompFileReason = strNoCompFileReason;
     try {
+        strHeader(g_ncPath);   // the file chooser's quick look at the same bytes
         ReadCommands(g_ncPath);
     } catch (const TrapEnded &) {
         // The error trap's report: the program's answer to some faults, not a finding.

@@ -15,7 +15,8 @@
 // exception (a trapped fault is a correct answer to bad input, not a finding).
 void FuzzSetUp();
 
-// An NC program's text, read by the reader as the program reads a file.
+// An NC program's text, looked at by the file chooser and read by the reader as the
+// program reads a file.
 int FuzzNcReader(const uint8_t *data, size_t size);
 // An analysed file's bytes, put through the cache check and the dump. Whatever the check
 // accepts must parse cleanly. First byte: bit 0 set puts the right digest, rapid speed and
