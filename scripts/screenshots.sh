@@ -85,4 +85,10 @@ for page in 1 2 5; do
     crop billet-$page.png
     kill $APP
 done
+# The serial adapter pulled mid-run (the emulator program killed): the hardware alarm.
+"./$BUILD/showcase/machining_showcase" pulled >/dev/null 2>&1 &
+APP=$!
+sleep 9
+crop pulled-adapter.png
+kill $APP
 ls -l "$OUT"
