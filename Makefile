@@ -1,9 +1,12 @@
 # Brantok — the two set-up commands are `make run` and `make test`.
 BUILD      ?= build
 BUILD_ASAN ?= build-asan
+BUILD_FUZZ ?= build-fuzz
+BUILD_PACKAGE ?= build-package
+FUZZ_SECONDS ?= 60
 JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: run test deps build asan bench coverage clean
+.PHONY: run test deps build asan bench coverage fuzz package clean
 
 deps:
 	@sh scripts/install-deps.sh
@@ -43,5 +46,22 @@ coverage: deps
 	cd build-coverage && QT_QPA_PLATFORM=offscreen ctest -j $(JOBS) >/dev/null || true
 	@sh scripts/coverage-report.sh build-coverage
 
+# libFuzzer targets (clang, ASan + UBSan), each run for FUZZ_SECONDS; findings land in
+# $(BUILD_FUZZ)/findings/<target>/. Keep a fixed finding's input in fuzz/corpus/<target>/.
+fuzz:
+	@sh scripts/install-deps.sh --fuzz
+	CC=clang CXX=clang++ cmake -S . -B $(BUILD_FUZZ) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	    -DBRANTOK_FUZZ=ON -DBRANTOK_TESTS=OFF -DBRANTOK_BENCH=OFF
+	cmake --build $(BUILD_FUZZ) -j $(JOBS) --target fuzz_nc_reader fuzz_analysed fuzz_frames
+	sh scripts/fuzz.sh $(BUILD_FUZZ) $(FUZZ_SECONDS)
+
+# The Debian package of the three programs: $(BUILD_PACKAGE)/brantok_<version>_<arch>.deb
+package:
+	@sh scripts/install-deps.sh --package
+	cmake -S . -B $(BUILD_PACKAGE) -G Ninja -DCMAKE_BUILD_TYPE=Release -DBRANTOK_TESTS=OFF -DBRANTOK_BENCH=OFF
+	cmake --build $(BUILD_PACKAGE) -j $(JOBS)
+	cd $(BUILD_PACKAGE) && cpack -G DEB
+	@ls $(BUILD_PACKAGE)/*.deb
+
 clean:
-	rm -rf $(BUILD) $(BUILD_ASAN) build-coverage
+	rm -rf $(BUILD) $(BUILD_ASAN) $(BUILD_FUZZ) $(BUILD_PACKAGE) build-coverage

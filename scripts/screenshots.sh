@@ -80,5 +80,25 @@ for page in datum tools task; do
   sleep 2
   crop offset-$page.png
   kill $APP
+# The open dialog with its side panel: the recent files and the header of the file under the cursor.
+printf '[General]\nSet=Yes\n' > "$TMP/files.conf"
+BRANTOK_STORE="$TMP/files.conf" "./$BUILD/showcase/ui_showcase" files "$BUILD/Brantok Allsorts/Sample Brantok files" >/dev/null 2>&1 &
+APP=$!
+sleep 2.5
+import -window "$(xdotool search --name 'Select file to be edited' | head -1)" "$TMP/shot.png" && convert "$TMP/shot.png" -strip "$OUT/file-dialog.png"
+kill $APP
+# Billet help, pages 1, 2 and 5, once the billet has slid to its place.
+for page in 1 2 5; do
+    BRANTOK_STORE="$TMP/set.conf" "./$BUILD/showcase/ui_showcase" billet $page >/dev/null 2>&1 &
+    APP=$!
+    sleep 2.5
+    crop billet-$page.png
+    kill $APP
 done
+# The serial adapter pulled mid-run (the emulator program killed): the hardware alarm.
+"./$BUILD/showcase/machining_showcase" pulled >/dev/null 2>&1 &
+APP=$!
+sleep 9
+crop pulled-adapter.png
+kill $APP
 ls -l "$OUT"

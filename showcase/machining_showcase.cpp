@@ -2,6 +2,8 @@
 // screenshots:
 //     machining_showcase machining    the run halfway, no prompt up (it waits there)
 //     machining_showcase toolchange   the prompt of the second tool's change
+//     machining_showcase pulled       online through the emulator program, which is killed
+//                                     mid-run as a pulled adapter: the hardware alarm
 // Not a test: a store of its own in a temporary folder; ends when killed.
 #include "core/frm_main.h"
 #include "core/hooks.h"
@@ -9,6 +11,7 @@
 #include "core/store.h"
 #include "guide/frm_mill.h"
 #include "link/comms.h"
+#include "link/frm_skull.h"
 #include "link/link_screen.h"
 #include "link/machining_screen.h"
 #include "link/spindle.h"
@@ -22,6 +25,7 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QFile>
+#include <QProcess>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QThread>
@@ -77,7 +81,17 @@ int main(int argc, char **argv)
     QTemporaryDir dir;
     qputenv("BRANTOK_STORE", (dir.path() + QStringLiteral("/store.conf")).toLocal8Bit());
     InstallGuiHooks();
-    RegistryValuePut(QStringLiteral("Online"), QStringLiteral("No"));
+    // The pulled adapter: the emulator program on a pseudo-terminal as COM1.
+    const bool pulled = scene == QLatin1String("pulled");
+    QProcess emulator;
+    if (pulled) {
+        emulator.start(QCoreApplication::applicationDirPath() + QStringLiteral("/../brantok-emulator"), {});
+        emulator.waitForReadyRead(5000);
+        qputenv("BRANTOK_COM1", emulator.readLine().trimmed());
+        qputenv("BRANTOK_ASSUME_DSR", "1");
+        RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM1"));
+    }
+    RegistryValuePut(QStringLiteral("Online"), pulled ? QStringLiteral("Yes") : QStringLiteral("No"));
     RegistryValuePut(QStringLiteral("ShowTime"), QStringLiteral("Yes"));
     RegistryValuePut(QStringLiteral("KeepFiles"), QStringLiteral("Yes"));
     RegistryValuePut(QStringLiteral("RapidSpeed"), QStringLiteral("500"));
@@ -100,8 +114,13 @@ int main(int argc, char **argv)
     linkHooks().setPanel = [](const QString &key, const QString &text) { frmMain()->stbPanel(key)->setText(text); };
     InstallMachiningUi();
     streamHooks().showMethod = [] { Hold(); };
-    main->stbPanel(QStringLiteral("online"))->setText(QStringLiteral("Working Offline"));
     main->show();
+    if (pulled) {
+        InstallLinkUi(main);
+        SetupComms();
+    } else {
+        main->stbPanel(QStringLiteral("online"))->setText(QStringLiteral("Working Offline"));
+    }
     gintCurrentTool = gintNextTool = 0;
     gblnToolInserted = gblnToolInMachine = false;
     SpindleStop();
@@ -123,6 +142,8 @@ int main(int argc, char **argv)
         QThread::msleep(2);
         if (scene == QLatin1String("machining") && !g_paused && glngRunCommand >= 11 && gintNextTool == 1)
             Hold();
+        if (pulled && glngRunCommand >= 5 && emulator.state() == QProcess::Running)
+            emulator.kill();   // the alarm then waits for the operator
     });
     QTimer::singleShot(300, [] {
         gblnCancel = false;

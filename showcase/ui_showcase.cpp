@@ -1,14 +1,22 @@
 // Puts the main window into a chosen state and leaves it on the screen, for screenshots
 // and for looking at a screen whose own part isn't built yet:
-//     ui_showcase busy | machining | method | keyboard
+//     ui_showcase busy | machining | method | keyboard | billet N | files FOLDER | copy
 // Not a test; runs against the store in $BRANTOK_STORE like the program.
 #include "core/artwork.h"
 #include "core/frm_main.h"
 #include "core/state.h"
+#include "core/store.h"
+#include "files/file_dialog.h"
+#include "files/filechoice.h"
+#include "files/import.h"
+#include "files/recent.h"
+#include "guide/billet.h"
 #include "platform/gui_hooks.h"
 #include "tools/tooltable.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QDir>
 #include <QGroupBox>
 #include <QPainter>
 #include <QProgressBar>
@@ -53,6 +61,42 @@ int main(int argc, char **argv)
             SetMode(8);
         } else if (scene == QLatin1String("keyboard")) {
             SetMode(2);
+        } else if (scene == QLatin1String("copy")) {
+            // frmCopy as it stands while a file is copied (the copy itself not started).
+            FrmCopy *copy = frmCopy();
+            copy->lblFrom->setText(QStringLiteral("/media/operator/STICK/Bracket.brx"));
+            copy->lblTo->setText(QDir::homePath() + QStringLiteral("/Brantok/Bracket.brx"));
+            copy->adjustSize();
+            copy->show();
+            CentreOverMain(copy);
+        } else if (scene == QLatin1String("billet")) {
+            ShowBillet(QStringLiteral("Menu"));
+            ShowTopic(static_cast<int16_t>(argc > 2 ? QString::fromLocal8Bit(argv[2]).toInt() : 1));
+        } else if (scene == QLatin1String("files") && argc > 2) {
+            // The open dialog in the sample folder, both samples on the recent list, the
+            // cursor on the first file so its header shows in the side panel.
+            const QDir samples(QString::fromLocal8Bit(argv[2]));
+            RegistryValuePut(QStringLiteral("CNC File Path"), samples.absolutePath());
+            const QStringList names = samples.entryList({QStringLiteral("*.brx")}, QDir::Files, QDir::Name);
+            for (const QString &n : names)
+                MRUAddItem(samples.absoluteFilePath(n));
+            auto *pick = new QTimer(&app);
+            pick->setInterval(100);
+            QObject::connect(pick, &QTimer::timeout, [pick, names] {
+                auto *d = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+                auto *view = d ? d->findChild<QAbstractItemView *>(QStringLiteral("listView")) : nullptr;
+                if (!view || names.isEmpty())
+                    return;
+                const QModelIndexList hit = view->model()->match(view->model()->index(0, 0, view->rootIndex()),
+                                                                 Qt::DisplayRole, names.first());
+                if (hit.isEmpty())
+                    return;
+                pick->stop();
+                view->setFocus();
+                view->setCurrentIndex(hit.first());
+            });
+            pick->start();
+            strGetFile(QStringLiteral("Select file to be edited"));
         }
     });
     return QApplication::exec();

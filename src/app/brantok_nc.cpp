@@ -22,19 +22,23 @@ struct NcCommand {
 };
 
 const NcCommand kCommands[] = {
-    {"check", NcCheck, "check FILE      read an NC program as Brantok does; exit 0 clean, 1 fault, 2 error trap"},
-    {"compile", NcCompile, "compile FILE    compile an NC program as Brantok does before machining"},
-    {"dump", NcDump, "dump FILE.ncx   show an analysed file readably"},
-    {"preview", NcPreview, "preview FILE -o OUT.png [--size WxH]\n"
-                           "                  draw the toolpath (FILE an NC program or .ncx); print the machining time"},
+    {"check", NcCheck, "check [--tools TOOLS] FILE      read an NC program as Brantok does; exit 0 clean, 1 fault, 2 error trap"},
+    {"compile", NcCompile, "compile [--tools TOOLS] FILE    compile an NC program as Brantok does before machining"},
+    {"dump", NcDump, "dump FILE.ncx                   show an analysed file readably"},
+    {"preview", NcPreview, "preview [--tools TOOLS] FILE -o OUT.png [--size WxH]\n"
+                           "                                  draw the toolpath (FILE an NC program or .ncx); print the machining time"},
 };
 
-int Usage()
+// The usage: asked for (--help) on standard output, after a wrong command line on standard error.
+int Usage(FILE *to = stderr, int intExit = kExitUsage)
 {
-    std::fputs("usage: brantok-nc COMMAND ...\n", stderr);
+    std::fputs("usage: brantok-nc COMMAND ...\n", to);
     for (const NcCommand &c : kCommands)
-        std::fprintf(stderr, "  brantok-nc %s\n", c.usage);
-    return kExitUsage;
+        std::fprintf(to, "  brantok-nc %s\n", c.usage);
+    std::fputs("  TOOLS: a tool table to use instead of the store's, one tool a line as the store keeps\n"
+               "         it: number|type|diameter|offset (offset -2000 for unknown)\n"
+               "  brantok-nc --help                          this text\n", to);
+    return intExit;
 }
 
 } // namespace
@@ -52,8 +56,19 @@ int main(int argc, char **argv)
     args.removeFirst();
     if (args.isEmpty())
         return Usage();
-    for (const NcCommand &c : kCommands)
-        if (args.at(0) == QLatin1String(c.name))
-            return c.run(args.mid(1));
+    if (args.size() == 1 && (args.at(0) == QLatin1String("--help") || args.at(0) == QLatin1String("-h")))
+        return Usage(stdout, kExitClean);
+    for (const NcCommand &c : kCommands) {
+        if (args.at(0) != QLatin1String(c.name))
+            continue;
+        QStringList rest = args.mid(1);
+        if (c.run != NcDump && !rest.isEmpty() && rest.at(0) == QLatin1String("--tools")) {
+            if (rest.size() < 2 || rest.at(1).isEmpty())
+                return Usage();
+            gstrToolFile = rest.at(1);
+            rest = rest.mid(2);
+        }
+        return c.run(rest);
+    }
     return Usage();
 }

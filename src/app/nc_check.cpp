@@ -31,7 +31,7 @@ QString Summary(const QString &strFile)
 int NcCheck(const QStringList &args)
 {
     if (args.size() != 1 || args.at(0).isEmpty()) {
-        std::fputs("usage: brantok-nc check FILE\n", stderr);
+        std::fputs("usage: brantok-nc check [--tools TOOLS] FILE\n", stderr);
         return kExitUsage;
     }
     const QString strFile = args.at(0);
@@ -40,7 +40,8 @@ int NcCheck(const QStringList &args)
     gfnCompFileReason = strNoCompFileReason;
     // As the program starts: the settings, then the tool table. Both only read the store.
     ReadStartSettings();
-    ToolDataLoad();
+    if (!blnLoadTools())
+        return kExitFault;
     gblnCancel = false;
     ReadCommands(strFile);
     if (gblnRefused || gintReadResult != 0)

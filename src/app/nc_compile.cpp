@@ -26,7 +26,8 @@ int CompileToAnalysed(const QString &strPath)
     const QString strFile = QFileInfo(strPath).absoluteFilePath();
     InstallConsoleHooks();
     ReadStartSettings();
-    ToolDataLoad();
+    if (!blnLoadTools())
+        return kExitFault;
     gblnCancel = false;
     // As the file chooser decides: a file on removable media keeps its analysed file in the
     // temporary folder.
@@ -68,7 +69,7 @@ QString strToolType(int16_t intNumber)
 int NcCompile(const QStringList &args)
 {
     if (args.size() != 1 || args.at(0).isEmpty()) {
-        std::fputs("usage: brantok-nc compile FILE\n", stderr);
+        std::fputs("usage: brantok-nc compile [--tools TOOLS] FILE\n", stderr);
         return kExitUsage;
     }
     const int result = CompileToAnalysed(args.at(0));

@@ -1,10 +1,14 @@
 #include "app/nc_console.h"
 
 #include "core/hooks.h"
+#include "tools/tooltable.h"
+
+#include <QFile>
 
 #include <cstdlib>
 
 bool gblnRefused = false;
+QString gstrToolFile;
 
 void Print(const QString &text, FILE *to)
 {
@@ -39,4 +43,34 @@ void InstallConsoleHooks()
         std::fflush(nullptr);
         std::_Exit(kExitTrap);
     };
+}
+
+bool blnLoadTools()
+{
+    if (gstrToolFile.isEmpty()) {
+        ToolDataLoad();
+        return true;
+    }
+    QFile file(gstrToolFile);
+    if (!file.open(QIODevice::ReadOnly)) {
+        Print(gstrToolFile + QStringLiteral(": ") + file.errorString());
+        return false;
+    }
+    const QStringList lines = QString::fromLatin1(file.readAll()).split(u'\n');
+    gtypTools.Erase();
+    gintToolCount = 0;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const QString line = lines.at(i).trimmed();
+        if (line.isEmpty())
+            continue;
+        if (line.count(u'|') != 3) {
+            Print(gstrToolFile + QStringLiteral(" line %1: a tool is number|type|diameter|offset, not: ").arg(i + 1) +
+                  line);
+            return false;
+        }
+        gintToolCount = static_cast<int16_t>(gintToolCount + 1);
+        gtypTools.Redim(gintToolCount);
+        gtypTools(gintToolCount) = typToolFromRecord(line);
+    }
+    return true;
 }

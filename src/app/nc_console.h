@@ -22,3 +22,10 @@ void Print(const QString &text, FILE *to = stdout);
 void InstallConsoleHooks();
 // Set when the reader showed a fault or a message since InstallConsoleHooks: not clean.
 extern bool gblnRefused;
+
+// The tool table of this run: the store's, or, when brantok-nc was given "--tools FILE", the
+// tools of that file, one store record a line ("12|End mill|6.000|0.000"; blank lines skipped).
+extern QString gstrToolFile;
+// Loads it; false (the fault printed) for a file that can't be read or holds a line that isn't
+// a record.
+bool blnLoadTools();

@@ -19,7 +19,7 @@ namespace {
 
 int PreviewUsage()
 {
-    std::fputs("usage: brantok-nc preview FILE -o OUT.png [--size WxH]\n", stderr);
+    std::fputs("usage: brantok-nc preview [--tools TOOLS] FILE -o OUT.png [--size WxH]\n", stderr);
     return kExitUsage;
 }
 
@@ -59,7 +59,8 @@ int NcPreview(const QStringList &args)
         // An analysed file stands on its own; the tool table only names the tools' types.
         InstallConsoleHooks();
         ReadStartSettings();
-        ToolDataLoad();
+        if (!blnLoadTools())
+            return kExitFault;
         strAnalysed = strFile;
     } else {
         const int result = CompileToAnalysed(strFile);

@@ -12,6 +12,8 @@
 #include "core/state.h"
 #include "core/store.h"
 #include "core/window_hook.h"
+#include "files/filechoice.h"
+#include "files/recent.h"
 #include "link/comms.h"
 #include "nc/stepcode.h"
 #include "link/frm_skull.h"

@@ -38,7 +38,6 @@ QString SupportAddress() { return QStringLiteral("brantok@ostrane.example"); }
 FrmAbout::FrmAbout()
 {
     setObjectName(QStringLiteral("frmAbout"));
-    setAccessibleName(QStringLiteral("About Brantok"));
     setWindowTitle(QStringLiteral("About ") + AppTitle());
     setWindowIcon(AppIcon());
     setFixedSize(440, 280);
@@ -53,20 +52,19 @@ FrmAbout::FrmAbout()
     imgHead->setGeometry(20, 6, 400, 76);
     lblVersion = new QLabel(this);
     lblVersion->setObjectName(QStringLiteral("lblVersion"));
-    lblVersion->setAccessibleName(QStringLiteral("Version"));
+    lblVersion->setAccessibleDescription(QStringLiteral("Version"));
     lblVersion->setAlignment(Qt::AlignCenter);
     lblVersion->setGeometry(20, 96, 400, 22);
     lblDescription = new QLabel(QStringLiteral("The PC side of the Brantok step-motor control\n"
                                                "for the EMCO F1 milling machine."),
                                 this);
     lblDescription->setObjectName(QStringLiteral("lblDescription"));
-    lblDescription->setAccessibleName(QStringLiteral("Description"));
     lblDescription->setAlignment(Qt::AlignCenter);
     lblDescription->setGeometry(20, 122, 400, 44);
     auto *email = new LinkLabel(this);
     lblEmail = email;
     lblEmail->setObjectName(QStringLiteral("lblEmail"));
-    lblEmail->setAccessibleName(QStringLiteral("Mail the Brantok team"));
+    lblEmail->setAccessibleDescription(QStringLiteral("Mail the Brantok team"));
     lblEmail->setText(SupportAddress());
     lblEmail->setStyleSheet(QStringLiteral("color: #1d4ed8; text-decoration: underline;"));
     lblEmail->setCursor(Qt::PointingHandCursor);
@@ -76,7 +74,6 @@ FrmAbout::FrmAbout()
     email->onClick = [this] { lblEmail_Click(); };
     cmdOk = new QPushButton(QStringLiteral("Ok"), this);
     cmdOk->setObjectName(QStringLiteral("cmdOk"));
-    cmdOk->setAccessibleName(QStringLiteral("Ok"));
     cmdOk->setDefault(true);
     cmdOk->setGeometry(330, 236, 90, 30);
     connect(cmdOk, &QPushButton::clicked, this, [this] { cmdOk_Click(); });
@@ -89,7 +86,6 @@ FrmAbout::FrmAbout()
     picFirst->setGeometry(16, 85, 408, 132);
     lblFirst = new QLabel(picFirst);
     lblFirst->setObjectName(QStringLiteral("lblFirst"));
-    lblFirst->setAccessibleName(QStringLiteral("Welcome to Brantok"));
     lblFirst->setWordWrap(true);
     lblFirst->setTextFormat(Qt::RichText);
     lblFirst->setText(QStringLiteral("<p style='font-size:13pt'><b>Welcome to Brantok</b></p>"

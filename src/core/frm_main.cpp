@@ -13,6 +13,8 @@
 #include "core/store.h"
 #include "core/vb.h"
 #include "core/window_hook.h"
+#include "files/filechoice.h"
+#include "files/recent.h"
 #include "link/spindle.h"
 #include "link/stream.h"
 
@@ -91,7 +93,6 @@ QRect StoredWindowPlace(int intTwipsPerPixel)
 FrmMain::FrmMain()
 {
     setObjectName(QStringLiteral("frmMain"));
-    setAccessibleName(QStringLiteral("Brantok main window"));
     setWindowIcon(AppIcon());
     buildMenus();
     buildToolbar();
@@ -204,7 +205,6 @@ void FrmMain::buildToolbar()
 {
     tlbMain = addToolBar(QStringLiteral("Toolbar"));
     tlbMain->setObjectName(QStringLiteral("tlbMain"));
-    tlbMain->setAccessibleName(QStringLiteral("Toolbar"));
     tlbMain->setMovable(false);
     tlbMain->setFloatable(false);
     tlbMain->setIconSize(QSize(28, 28));
@@ -243,7 +243,7 @@ void FrmMain::buildStatusBar()
         auto *l = new QLabel(stbStatus);
         QString k = QString::fromLatin1(key);
         l->setObjectName(k);
-        l->setAccessibleName(QStringLiteral("Status ") + k);
+        l->setAccessibleDescription(QStringLiteral("Status bar panel: ") + k);
         l->setFrameShape(QFrame::StyledPanel);
         l->setFrameShadow(QFrame::Sunken);
         l->setContentsMargins(6, 0, 6, 0);
@@ -255,7 +255,6 @@ void FrmMain::buildStatusBar()
     m_panels[QStringLiteral("timer")]->setToolTip(QStringLiteral("Milling Time (hh:mm:ss)"));
     m_simpleText = new QLabel(stbStatus);
     m_simpleText->setObjectName(QStringLiteral("stbSimpleText"));
-    m_simpleText->setAccessibleName(QStringLiteral("Status"));
     m_simpleText->setContentsMargins(6, 0, 6, 0);
     QFont bold = m_simpleText->font();
     bold.setBold(true);

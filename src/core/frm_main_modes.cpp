@@ -14,6 +14,7 @@
 #include "guide/setmill.h"
 #include "core/state.h"
 #include "guide/offset_wizard.h"
+#include "guide/billet.h"
 #include "link/spindle.h"
 #include "tools/toolgrid.h"
 #include "tools/tooltable.h"

@@ -29,7 +29,7 @@ QString VersionText() { return QStringLiteral("Version ") + AppVersion(); }
 FrmSplash::FrmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint)
 {
     setObjectName(QStringLiteral("frmSplash"));
-    setAccessibleName(QStringLiteral("Brantok is starting"));
+    setAccessibleDescription(QStringLiteral("Brantok is starting"));
     setWindowTitle(AppTitle());
     setWindowIcon(AppIcon());
     setFixedSize(420, 240);
@@ -48,11 +48,10 @@ FrmSplash::FrmSplash() : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindow
     imgHead->setAlignment(Qt::AlignCenter);
     lblTitle = new QLabel(QStringLiteral("Step-motor control for the EMCO F1 milling machine"), this);
     lblTitle->setObjectName(QStringLiteral("lblTitle"));
-    lblTitle->setAccessibleName(lblTitle->text());
     lblTitle->setAlignment(Qt::AlignCenter);
     lblVersion = new QLabel(this);
     lblVersion->setObjectName(QStringLiteral("lblVersion"));
-    lblVersion->setAccessibleName(QStringLiteral("Version"));
+    lblVersion->setAccessibleDescription(QStringLiteral("Version"));
     lblVersion->setAlignment(Qt::AlignCenter);
     lay->addWidget(imgHead);
     lay->addWidget(lblTitle);

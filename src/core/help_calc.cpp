@@ -37,7 +37,6 @@ public:
     {
         setObjectName(QStringLiteral("frmHelp"));
         setWindowTitle(QStringLiteral("Brantok Help"));
-        setAccessibleName(QStringLiteral("Brantok Help"));
         setWindowIcon(AppIcon());
         resize(760, 560);
         auto *lay = new QHBoxLayout(this);

@@ -112,7 +112,6 @@ PicMenu::PicMenu(QWidget *parent) : QFrame(parent)
         auto *e = new MenuEntry(i, this);
         e->setObjectName(QStringLiteral("txtMenu%1").arg(i));
         e->setText(QString::fromLatin1(entries[i].first));
-        e->setAccessibleName(e->text());
         e->tag = QString::fromLatin1(entries[i].second);
         e->setGeometry(236, 146 + i * 44, 400, 38);
         txtMenu[static_cast<size_t>(i)] = e;

@@ -30,6 +30,16 @@ W *named(W *w, const char *name, const QString &accessible)
     return w;
 }
 
+// A control with a text of its own is read by that text; the description gives its place.
+template <class W>
+W *described(W *w, const char *name, const QString &description = QString())
+{
+    w->setObjectName(QString::fromLatin1(name));
+    if (!description.isEmpty())
+        w->setAccessibleDescription(description);
+    return w;
+}
+
 QTextEdit *readOnlyText(QWidget *parent, const char *name, const QString &accessible)
 {
     auto *t = named(new QTextEdit(parent), name, accessible);
@@ -39,7 +49,7 @@ QTextEdit *readOnlyText(QWidget *parent, const char *name, const QString &access
 
 QLabel *title(QWidget *parent, const char *name, const QString &text, int x, int y, int w)
 {
-    auto *l = named(new QLabel(text, parent), name, text.isEmpty() ? QStringLiteral("Title") : text);
+    auto *l = described(new QLabel(text, parent), name, QStringLiteral("Title"));
     QFont f = l->font();
     f.setPointSize(13);
     f.setBold(true);
@@ -63,8 +73,7 @@ PicMachining::PicMachining(QWidget *parent) : QFrame(parent)
     pgbMillProg = named(new QProgressBar(this), "pgbMillProg", QStringLiteral("Machining progress"));
     pgbMillProg->setRange(0, 100);
     pgbMillProg->setGeometry(18, 366, 664, 22);
-    lblEscape = named(new QLabel(QStringLiteral("To interrupt machining - press the Escape key"), this), "lblEscape",
-                      QStringLiteral("To interrupt machining - press the Escape key"));
+    lblEscape = described(new QLabel(QStringLiteral("To interrupt machining - press the Escape key"), this), "lblEscape");
     QFont f = lblEscape->font();
     f.setPointSize(12);
     f.setBold(true);
@@ -78,7 +87,7 @@ PicBilletSize::PicBilletSize(QWidget *parent) : QFrame(parent)
 {
     card(this, "picBilletSize", QStringLiteral("Billet size and placing"), 660, 450);
     lblBilletTitle = title(this, "lblBilletTitle", QString(), 18, 12, 620);
-    cmdBilletReturn = named(new QPushButton(QStringLiteral("&Return"), this), "cmdBilletReturn", QStringLiteral("Return"));
+    cmdBilletReturn = described(new QPushButton(QStringLiteral("&Return"), this), "cmdBilletReturn");
     cmdBilletReturn->setGeometry(540, 404, 104, 32);
 }
 
@@ -87,7 +96,7 @@ PicHeader::PicHeader(QWidget *parent) : QFrame(parent)
     setObjectName(QStringLiteral("picHeader"));
     setAccessibleName(QStringLiteral("File Header"));
     setFixedSize(250, 430);
-    lblHeader = named(new QLabel(QStringLiteral("File Header"), this), "lblHeader", QStringLiteral("File Header"));
+    lblHeader = described(new QLabel(QStringLiteral("File Header"), this), "lblHeader");
     QFont f = lblHeader->font();
     f.setBold(true);
     lblHeader->setFont(f);

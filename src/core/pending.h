@@ -8,13 +8,6 @@
 
 #include <cstdint>
 
-// --- Recent files, file choice and import: declared in their own headers, stand-ins here.
-#include "files/filechoice.h"
-#include "files/recent.h"
-
-// --- Billet help. (The set-up wizard: guide/setmill.h; the offset wizard: its own header.)
-void ShowBillet(const QString &strReturn);
-
 // --- Code editor (replaced by the code editor part).
 void ShowCodeEditor();                                  // frmCNCEdit, modal
 void CodeEditorDeactivated();                           // unloads frmFind when the editor is loaded

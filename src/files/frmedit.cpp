@@ -35,7 +35,7 @@ QWidget *MainWindow()
 FrmEdit::FrmEdit(QWidget *parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmEdit"));
-    setAccessibleName(QStringLiteral("Correct the NC file"));
+    setAccessibleDescription(QStringLiteral("Correct the NC file"));
     setModal(true);
 
     txtError = new QPlainTextEdit(this);
@@ -52,11 +52,11 @@ FrmEdit::FrmEdit(QWidget *parent) : QDialog(parent)
 
     cmdOk = new QPushButton(tr("&OK"), this);
     cmdOk->setObjectName(QStringLiteral("cmdOk"));
-    cmdOk->setAccessibleName(QStringLiteral("OK: save the corrected file and read it again"));
+    cmdOk->setAccessibleDescription(QStringLiteral("Save the corrected file and read it again"));
     cmdOk->setAutoDefault(false);   // Enter belongs to the editor
     cmdCancel = new QPushButton(tr("&Cancel"), this);
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    cmdCancel->setAccessibleName(QStringLiteral("Cancel: leave the file as it is"));
+    cmdCancel->setAccessibleDescription(QStringLiteral("Leave the file as it is"));
     cmdCancel->setAutoDefault(false);
 
     // txtError across the top, rtbEdit fills the rest, the buttons in the bottom corner.

@@ -1,4 +1,11 @@
 # Files of src/files
 list(APPEND UI_SOURCES
     src/files/frmedit.cpp
+    src/files/file_dialog.h
+    src/files/file_dialog.cpp
+    src/files/file_open.h
+    src/files/filechoice.cpp
+    src/files/recent.cpp
+    src/files/import.h
+    src/files/import.cpp
 )

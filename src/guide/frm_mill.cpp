@@ -95,7 +95,7 @@ QString strMillStepPage(int16_t intStep)
 FrmMill::FrmMill()
 {
     setObjectName(QStringLiteral("frmMill"));
-    setAccessibleName(QStringLiteral("Machining prompt"));
+    setAccessibleDescription(QStringLiteral("Machining prompt"));
     setWindowTitle(QStringLiteral("Brantok"));
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowStaysOnTopHint);
     setFixedSize(380, 262);
@@ -105,7 +105,7 @@ FrmMill::FrmMill()
     fraStep->setAccessibleName(QStringLiteral("Step"));
     lblStepTitle = new QLabel(fraStep);
     lblStepTitle->setObjectName(QStringLiteral("lblStepTitle"));
-    lblStepTitle->setAccessibleName(QStringLiteral("Step title"));
+    lblStepTitle->setAccessibleDescription(QStringLiteral("Step title"));
     QFont f = lblStepTitle->font();
     f.setPointSize(12);
     f.setBold(true);
@@ -120,7 +120,6 @@ FrmMill::FrmMill()
     for (int i = 0; i < 2; ++i) {
         auto *b = new QPushButton(QString::fromLatin1(captions[i]), this);
         b->setObjectName(QStringLiteral("cmdNav"));
-        b->setAccessibleName(QString::fromLatin1(captions[i]).remove(u'&'));
         b->setAutoDefault(false);
         connect(b, &QPushButton::clicked, this, [this, i] { cmdNav_Click(i); });
         cmdNav[static_cast<size_t>(i)] = b;

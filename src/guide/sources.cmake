@@ -8,6 +8,8 @@ list(APPEND UI_SOURCES
     src/guide/offset_wizard.cpp
     src/guide/frm_mill.h
     src/guide/frm_mill.cpp
+    src/guide/billet.h
+    src/guide/billet.cpp
     src/guide/method.cpp
     src/guide/method_panel.h
     src/guide/setmill.h

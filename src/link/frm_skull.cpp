@@ -44,24 +44,19 @@ FrmSkull::FrmSkull(QWidget *owner) : QDialog(owner)
 {
     setWindowTitle(QStringLiteral("Brantok Hardware Configuration"));
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
-    setAccessibleName(QStringLiteral("frmSkull"));
     if (owner)
         setWindowIcon(owner->windowIcon());
 
     imgSkull = new QLabel(this);
     imgSkull->setPixmap(SkullPicture());
-    imgSkull->setAccessibleName(QStringLiteral("imgSkull"));
+    imgSkull->setAccessibleName(QStringLiteral("Hardware alarm"));
     lblSkull = new QLabel(QString(frmSkull.lblSkull).replace(QStringLiteral("\r\n"), QStringLiteral("\n")), this);
-    lblSkull->setAccessibleName(QStringLiteral("lblSkull"));
     lblSkull->setWordWrap(false);
     chkOffline = new QCheckBox(QStringLiteral("Work Offline"), this);
-    chkOffline->setAccessibleName(QStringLiteral("chkOffline"));
     chkOffline->setChecked(frmSkull.chkOffline);
     cmdOk = new QPushButton(frmSkull.cmdOkCaption, this);
-    cmdOk->setAccessibleName(QStringLiteral("cmdOk"));
     cmdOk->setDefault(true);
     cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
-    cmdCancel->setAccessibleName(QStringLiteral("cmdCancel"));
     cmdCancel->setVisible(frmSkull.cmdCancelVisible);
 
     auto *top = new QHBoxLayout;

@@ -5,7 +5,6 @@
 #include "core/frm_main.h"
 #include "core/frm_splash.h"
 #include "core/logger.h"
-#include "core/pending.h"
 #include "guide/setmill.h"
 #include "core/state.h"
 #include "guide/offset_wizard.h"
@@ -32,9 +31,19 @@ W *named(W *w, const char *name, const QString &accessible)
     return w;
 }
 
+// A control with a text of its own is read by that text (or value); the description gives its place.
+template <class W>
+W *described(W *w, const char *name, const QString &description = QString())
+{
+    w->setObjectName(QString::fromLatin1(name));
+    if (!description.isEmpty())
+        w->setAccessibleDescription(description);
+    return w;
+}
+
 QLabel *text(QWidget *parent, const char *name, const QString &caption, const QRect &r, int px = 0, bool bold = false)
 {
-    auto *l = named(new QLabel(caption, parent), name, caption);
+    auto *l = described(new QLabel(caption, parent), name);
     if (px > 0 || bold) {
         QFont f = l->font();
         if (px > 0)
@@ -71,11 +80,11 @@ PicKeyboard::PicKeyboard(QWidget *parent) : QFrame(parent)
                              QRect(24, 60, 320, 190), 14);
     lblFreeHint->setWordWrap(true);
     lblFreeHint->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    lblFreeHint->setAccessibleName(QStringLiteral("How to move the tool"));
+    lblFreeHint->setAccessibleDescription(QStringLiteral("How to move the tool"));
 
     // The task of a wizard step, and the cutter picture of the origin tasks. It covers the
     // heading above while it is shown.
-    fraTask = named(new QGroupBox(QStringLiteral("Task"), this), "fraTask", QStringLiteral("Task"));
+    fraTask = described(new QGroupBox(QStringLiteral("Task"), this), "fraTask");
     fraTask->setGeometry(16, 12, 340, 250);
     fraTask->setAutoFillBackground(true);
     QPalette white = fraTask->palette();
@@ -107,14 +116,14 @@ PicKeyboard::PicKeyboard(QWidget *parent) : QFrame(parent)
         if (i < 3) {
             text(picPosition, "lblAxis", axis, QRect(14, y, 24, 32), 20, true);
             auto *pos = text(picPosition, "lblPos", QStringLiteral("0.00"), QRect(40, y, 140, 32), 22, true);
-            pos->setAccessibleName(QStringLiteral("Position ") + axis + QStringLiteral(" in mm"));
+            pos->setAccessibleDescription(QStringLiteral("Position ") + axis + QStringLiteral(" in mm"));
             pos->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
             pos->setStyleSheet(QStringLiteral("color: #1f3a5f;"));
             lblPos[static_cast<size_t>(i)] = pos;
             text(picPosition, "lblMm", QStringLiteral("mm"), QRect(186, y, 34, 32));
         }
-        auto *b = named(new QPushButton(QStringLiteral("Reset ") + axis, picPosition), "cmdReset",
-                        i < 3 ? QStringLiteral("Reset ") + axis : QStringLiteral("Reset all axes"));
+        auto *b = described(new QPushButton(QStringLiteral("Reset ") + axis, picPosition), "cmdReset",
+                            i < 3 ? QString() : QStringLiteral("Reset all axes"));
         b->setGeometry(i < 3 ? 228 : 228, y + 2, 92, 28);
         b->setFocusPolicy(Qt::NoFocus);   // the arrow keys must stay with the position
         cmdReset[static_cast<size_t>(i)] = b;
@@ -140,7 +149,8 @@ PicKeyboard::PicKeyboard(QWidget *parent) : QFrame(parent)
         lamp->hide();
         imgArrows[static_cast<size_t>(i)] = lamp;
         auto *speed = text(picArrows, "lblSpeed", QString(), speeds[i], 13, true);
-        speed->setAccessibleName(QStringLiteral("Speed ") + QString::fromLatin1(kLampNames[i]));
+        speed->setAccessibleDescription(QStringLiteral("Speed ") + QString::fromLatin1(kLampNames[i]) +
+                                        QStringLiteral(" in mm/min"));
         speed->setAlignment(i == 1 ? (Qt::AlignRight | Qt::AlignVCenter) : (Qt::AlignLeft | Qt::AlignVCenter));
         speed->setStyleSheet(QStringLiteral("color: #16a34a;"));
         speed->hide();
@@ -158,7 +168,7 @@ PicKeyboard::PicKeyboard(QWidget *parent) : QFrame(parent)
     picStopped = named(new QFrame(this), "picStopped", QStringLiteral("Warning"));
     picStopped->setGeometry(372, 408, 220, 46);
     picStopped->setStyleSheet(QStringLiteral("#picStopped { background: #fff4e5; border: 1px solid #e0a040; }"));
-    lblStopped = named(new QLabel(picStopped), "lblStopped", QStringLiteral("Warning"));
+    lblStopped = described(new QLabel(picStopped), "lblStopped", QStringLiteral("Warning"));
     lblStopped->setWordWrap(true);
     lblStopped->setGeometry(6, 2, 208, 42);
     QFont small = lblStopped->font();
@@ -168,7 +178,7 @@ PicKeyboard::PicKeyboard(QWidget *parent) : QFrame(parent)
     connect(picSpindleStart, &PictureButton::clicked, this, [] { picSpindleStart_Click(); });
     connect(picSpindleStop, &PictureButton::clicked, this, [] { picSpindleStop_Click(); });
 
-    cmdDone = named(new QPushButton(QStringLiteral("&Done"), this), "cmdDone", QStringLiteral("Done"));
+    cmdDone = described(new QPushButton(QStringLiteral("&Done"), this), "cmdDone");
     cmdDone->setGeometry(604, 412, 100, 36);
     cmdDone->setFocusPolicy(Qt::NoFocus);   // Enter and Space are not for the loop's screen
     connect(cmdDone, &QPushButton::clicked, this, [this] { cmdDone_Click(); });

@@ -88,6 +88,32 @@ void OfflinePace(const QByteArray &frame)
     gdblOfflineFrameEnd = std::max(gdblOfflineFrameEnd, appClock().seconds()) + secs;
 }
 
+// The door. The controller stops all motion when the door opens, and a frame sent while it is
+// open would be counted here but not made. So once the door is seen open, the loop sends no
+// motion frame of any kind (a ramp-down neither) until the door is closed again and, when the
+// spindle had been running, the operator has answered the door message.
+bool gblnDoorHold = false;
+bool gblnDoorMessageOwed = false;   // the spindle ran when the door opened: the operator is told
+bool gblnSpindleSeen = false;       // the spindle flag as last seen with the door closed
+
+// Checked wherever the loop is about to move. "O" clears the spindle flag as it sets the
+// door-stopped flag, and a "D" then copies the cleared spindle flag over the door-stopped
+// flag; the spindle flag seen before the door opened keeps the message owed all the same.
+bool blnDoorBarsMotion()
+{
+    if (gblnDoorOpen || gblnDoorStopped) {
+        if (!gblnDoorHold)
+            gsngRampSpeed = 0.0f;   // the controller has stopped the rapid where it was
+        gblnDoorHold = true;
+        if (gblnDoorStopped || gblnSpindleSeen)
+            gblnDoorMessageOwed = true;
+        gblnSpindleSeen = false;
+    } else if (!gblnDoorHold) {
+        gblnSpindleSeen = gblnSpindleOn;
+    }
+    return gblnDoorHold;
+}
+
 int32_t &Display(int16_t intAxis)
 {
     return intAxis == 0 ? glngDisplayX : (intAxis == 1 ? glngDisplayY : glngDisplayZ);
@@ -115,6 +141,8 @@ void KeyControl() try {
     bool blnSpeedKey = false;     // a numeric speed key (or rapid) is held
     bool blnMoved = false;        // the last round sent steps
     QByteArray strSteps;
+    gblnDoorHold = gblnDoorMessageOwed = false;
+    gblnSpindleSeen = gblnSpindleOn;
 
     while (gblnKeyLoop) {
         // 1. Never more than two frames out.
@@ -132,7 +160,7 @@ void KeyControl() try {
         sngSpeed = 0.0f;
         intSteps = 0;
         gintKeyDirX = gintKeyDirY = gintKeyDirZ = 0;
-        if (!gblnDoorStopped) {
+        if (!blnDoorBarsMotion()) {
             // 3. Directions: Right over Left, Up over Down, Page Up over Page Down.
             if (KeyIsDown(VK_RIGHT)) {
                 gintKeyDirX = 1;
@@ -216,7 +244,7 @@ void KeyControl() try {
             SpindleStop();
             gblnSpindleStopReq = false;
         }
-        if (intMask != 0) {
+        if (intMask != 0 && !blnDoorBarsMotion()) {
             // 9. Moving. An arrow alone is one single step however long it is held; the
             // message loop still gets its turn, so the release and Done are heard.
             if (!blnSpeedKey && blnMoved) {
@@ -272,10 +300,17 @@ void KeyControl() try {
             // key doesn't keep a core busy. A key is seen within 1 ms all the same.
             if (gintBuffersOut == 0)
                 QThread::msleep(1);
-            if (gblnDoorStopped && gblnDoorOpen) {
-                StdMsgBox(QStringLiteral("The spindle has been stopped because the door was opened"), vbExclamation,
-                          QStringLiteral("Door Status"));
-                gblnDoorStopped = false;
+            if (blnDoorBarsMotion()) {
+                // Told even when the door has been closed again before this round: the
+                // answer is what gives the keys back.
+                if (gblnDoorMessageOwed) {
+                    StdMsgBox(QStringLiteral("The spindle has been stopped because the door was opened"),
+                              vbExclamation, QStringLiteral("Door Status"));
+                    gblnDoorMessageOwed = false;
+                    gblnDoorStopped = false;
+                }
+                if (!gblnDoorOpen && !gblnDoorStopped)
+                    gblnDoorHold = false;
             }
         }
     }
@@ -290,7 +325,8 @@ void KeyControl() try {
 }
 
 void RampDown() try {
-    while (gsngRampSpeed > 0.0f) {
+    // A door that opens meanwhile has stopped the rapid: nothing more is sent.
+    while (gsngRampSpeed > 0.0f && !blnDoorBarsMotion()) {
         QByteArray strSteps;
         for (int i = 0; i < kMaxRecords && gsngRampSpeed > 0.0f; ++i) {
             gsngRampSpeed = static_cast<float>(gsngRampSpeed - gsngRapidSpeed / 64.0);
@@ -392,6 +428,7 @@ void ResetKeyControl()
     glngDisplayX = glngDisplayY = glngDisplayZ = 0;
     gsngShownX = gsngShownY = gsngShownZ = 0.0f;
     gdblOfflineFrameEnd = 0.0;
+    gblnDoorHold = gblnDoorMessageOwed = gblnSpindleSeen = false;
     gKeyboard = KeyboardScreen();
     keyboardHooks() = KeyboardHooks();
 }

@@ -2,7 +2,6 @@
 #include "link/machining_screen.h"
 
 #include "core/frm_main.h"
-#include "core/pending.h"
 #include "guide/method_panel.h"
 #include "guide/setmill.h"
 #include "guide/frm_mill.h"

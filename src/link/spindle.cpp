@@ -32,18 +32,23 @@ QByteArray SpindleFrame(bool blnOn)
 }
 
 bool blnSpindleControl(bool blnOn) try {
+    bool blnTaken = true;   // the controller has answered the record
     if (!gblnOnline) {
         gblnDoorOpen = false;   // offline the door counts as closed
     } else if (blnGetReplies(true)) {
         SendFrame(SpindleFrame(blnOn));
-        blnGetReplies(true);    // the record has been taken when this returns
+        blnTaken = blnGetReplies(true);   // the record has been taken when this returns
+    } else {
+        blnTaken = false;   // the line never got quiet: nothing was sent
     }
     // With the door open a start still goes out; the controller refuses it and so do we.
     if (!blnOn) {
         gblnSpindleOn = false;
         return false;
     }
-    gblnSpindleOn = !gblnDoorOpen;
+    // A start that timed out counts as not running: the in-run prompt stays at "Close Door"
+    // and a run does not go on with a spindle the controller may never have started.
+    gblnSpindleOn = blnTaken && !gblnDoorOpen;
     return gblnSpindleOn;
 } catch (...) {
     LogError("modComms", "blnSpindleControl");

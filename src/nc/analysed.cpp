@@ -36,6 +36,40 @@ int32_t getLong(int16_t intFile)
     return static_cast<int32_t>(u);
 }
 
+// The command table and the step records must fill the file up to its trailer exactly, and the
+// records must end with the end marker the compiler writes last. Only a damaged file fails
+// here (a flipped command count, a cut that happens to leave a matching trailer); trusting
+// one would size the stream's command table from garbage or play steps that were never
+// compiled. Walks the table by its lengths without reading the texts: each command takes at
+// least 6 bytes, so even a huge damaged count stops at the end of the file.
+QString strBodyCheck(int16_t intFile, qint64 length)
+{
+    const QString invalid = QString::fromLatin1(AnalysedReason::kInvalid);
+    const qint64 body = length - 4;   // bytes ahead of the trailer
+    const int32_t count = getLong(intFile);
+    qint64 at = FileOf(intFile).pos();
+    if (count < 0 || at > body)
+        return invalid;
+    for (int32_t n = 1; n <= count; ++n) {
+        if (at + 2 > body)
+            return invalid;
+        const int16_t len = getInt(intFile);
+        if (len < 0)
+            return invalid;
+        at += 2 + len + 4;
+        if (at > body)
+            return invalid;
+        FileSeek(intFile, at);
+    }
+    const qint64 steps = body - at;
+    if (steps < 8 || steps % 8 != 0)
+        return invalid;
+    FileSeek(intFile, body - 8);
+    if (FileGet(intFile, 8) != QByteArray(8, '\0'))
+        return invalid;
+    return QString();
+}
+
 // The checks of an existing analysed file, in their order; the first that fails gives the
 // reason. Reads past the end read as zero, so a damaged file ends in a reason, never a fault.
 QString strFileCheck(int16_t intFile)
@@ -76,7 +110,7 @@ QString strFileCheck(int16_t intFile)
         if (getInt(intFile) != vb::CLng(gtypTools(id).sngOffset * 100.0))
             return tool + QStringLiteral(" has a new offset");
     }
-    return QString();
+    return strBodyCheck(intFile, length);
 }
 
 } // namespace

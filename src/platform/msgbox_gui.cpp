@@ -80,7 +80,6 @@ int16_t intPlatformMsgBox(QWidget *owner, const QString &strMessage, int32_t int
     // transient parent instead, so the window system keeps the box above it.
     QMessageBox box;
     box.setWindowTitle(strTitle);
-    box.setAccessibleName(strTitle);
     box.setText(QString(strMessage).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
     box.setTextFormat(Qt::PlainText);
     box.setIcon(iconOf(intFlags));
@@ -88,7 +87,6 @@ int16_t intPlatformMsgBox(QWidget *owner, const QString &strMessage, int32_t int
     std::vector<QAbstractButton *> made;
     for (const Button &b : buttons) {
         QPushButton *pb = box.addButton(b.qt);
-        pb->setAccessibleName(pb->text().remove(u'&'));
         made.push_back(pb);
     }
     size_t def = (intFlags & vbDefaultButton3) ? 2 : (intFlags & vbDefaultButton2) ? 1 : 0;

@@ -46,7 +46,7 @@ void UnloadFrmToolData()
 FrmToolData::FrmToolData(QWidget *parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmToolData"));
-    setAccessibleName(QStringLiteral("Tool data"));
+    setAccessibleDescription(QStringLiteral("Tool data"));
     setModal(true);
     lblToolNumber = new QLabel(QStringLiteral("Tool Number:"), this);
     txtToolNumber = new QLineEdit(this);
@@ -57,17 +57,14 @@ FrmToolData::FrmToolData(QWidget *parent) : QDialog(parent)
     txtToolDiam = new QLineEdit(this);
     cmdOk = new QPushButton(QStringLiteral("OK"), this);
     cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
-    const struct { QWidget *w; const char *name; const char *accessible; } names[] = {
-        {lblToolNumber, "lblToolNumber", "Tool Number:"}, {txtToolNumber, "txtToolNumber", "Tool Number"},
-        {lblToolType, "lblToolType", "Type of Tool:"},    {cboToolType, "cboToolType", "Type of Tool"},
-        {cmdToolType, "cmdToolType", "Add / Remove Tool Types"},
-        {lblToolDiam, "lblToolDiam", "Diameter (mm):"},   {txtToolDiam, "txtToolDiam", "Diameter (mm)"},
-        {cmdOk, "cmdOk", "OK"},                           {cmdCancel, "cmdCancel", "Cancel"},
+    // Every control is read by its own text; the fields by the label that is their buddy.
+    const struct { QWidget *w; const char *name; } names[] = {
+        {lblToolNumber, "lblToolNumber"}, {txtToolNumber, "txtToolNumber"}, {lblToolType, "lblToolType"},
+        {cboToolType, "cboToolType"},     {cmdToolType, "cmdToolType"},     {lblToolDiam, "lblToolDiam"},
+        {txtToolDiam, "txtToolDiam"},     {cmdOk, "cmdOk"},                 {cmdCancel, "cmdCancel"},
     };
-    for (const auto &n : names) {
+    for (const auto &n : names)
         n.w->setObjectName(QString::fromLatin1(n.name));
-        n.w->setAccessibleName(QString::fromLatin1(n.accessible));
-    }
     cmdToolType->setToolTip(QStringLiteral("Customize the list of Type of Tool"));
     lblToolNumber->setBuddy(txtToolNumber);
     lblToolType->setBuddy(cboToolType);

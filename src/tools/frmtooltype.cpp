@@ -114,11 +114,13 @@ int16_t intItemData(QListWidget *list, int row) { return Int16(list->item(row)->
 FrmToolType::FrmToolType(QWidget *parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmToolType"));
-    setAccessibleName(QStringLiteral("Tool types"));
+    setAccessibleDescription(QStringLiteral("Tool types"));
     setModal(true);
-    auto named = [](QWidget *w, const char *name, const QString &accessible) {
+    // A name only where there is no text to read: the lists (their labels stand above them).
+    auto named = [](QWidget *w, const char *name, const QString &accessible = QString()) {
         w->setObjectName(QString::fromLatin1(name));
-        w->setAccessibleName(accessible);
+        if (!accessible.isEmpty())
+            w->setAccessibleName(accessible);
         return w;
     };
     lblStandard = new QLabel(QStringLiteral("Basic Tool Types"), this);
@@ -135,20 +137,20 @@ FrmToolType::FrmToolType(QWidget *parent) : QDialog(parent)
     cmdDelete = new QPushButton(QStringLiteral("Delete"), this);
     cmdOk = new QPushButton(QStringLiteral("OK"), this);
     cmdCancel = new QPushButton(QStringLiteral("Cancel"), this);
-    named(lblStandard, "lblStandard", lblStandard->text());
-    named(lblStandardNote, "lblStandardNote", lblStandardNote->text());
+    named(lblStandard, "lblStandard");
+    named(lblStandardNote, "lblStandardNote");
     named(lstTypeStandard, "lstTypeStandard", QStringLiteral("Basic Tool Types"));
-    named(lblUser, "lblUser", lblUser->text());
-    named(lblUserNote, "lblUserNote", lblUserNote->text());
+    named(lblUser, "lblUser");
+    named(lblUserNote, "lblUserNote");
     named(lstTypeUser, "lstTypeUser", QStringLiteral("Custom Types in use"));
-    named(lblUserNew, "lblUserNew", lblUserNew->text());
+    named(lblUserNew, "lblUserNew");
     named(lstTypeUserNew, "lstTypeUserNew", QStringLiteral("Unused Tool Types"));
-    named(lblNewType, "lblNewType", lblNewType->text());
-    named(txtNewType, "txtNewType", QStringLiteral("New Tool Type"));
-    named(cmdAdd, "cmdAdd", QStringLiteral("Add"));
-    named(cmdDelete, "cmdDelete", QStringLiteral("Delete"));
-    named(cmdOk, "cmdOk", QStringLiteral("OK"));
-    named(cmdCancel, "cmdCancel", QStringLiteral("Cancel"));
+    named(lblNewType, "lblNewType");
+    named(txtNewType, "txtNewType");   // read by its buddy, "New Tool Type:"
+    named(cmdAdd, "cmdAdd");
+    named(cmdDelete, "cmdDelete");
+    named(cmdOk, "cmdOk");
+    named(cmdCancel, "cmdCancel");
     lblNewType->setBuddy(txtNewType);
     for (QListWidget *list : {lstTypeStandard, lstTypeUser, lstTypeUserNew}) {
         list->setSelectionMode(QAbstractItemView::SingleSelection);

@@ -36,11 +36,11 @@ ToolDataPanel::ToolDataPanel(QWidget *parent, std::function<void(int16_t)> setMo
         {cmdAdd, "cmdAdd", "Add a tool"},
         {cmdEdit, "cmdEdit", "Edit the selected tool"},
         {cmdDelete, "cmdDelete", "Delete the selected tool"},
-        {cmdOk, "cmdOk", "Done: save the tool table"},
+        {cmdOk, "cmdOk", "Save the tool table"},
     };
     for (const auto &n : names) {
         n.b->setObjectName(QString::fromLatin1(n.name));
-        n.b->setAccessibleName(QString::fromLatin1(n.accessible));
+        n.b->setAccessibleDescription(QString::fromLatin1(n.accessible));
         n.b->setAutoDefault(false);
         n.b->setMinimumWidth(90);
     }

@@ -92,7 +92,7 @@ bool blnSortsBefore(int code, const QString &a, const QString &b)
 ToolGrid::ToolGrid(const QString &gridName, const QString &sortName, QWidget *parent) : QWidget(parent)
 {
     setObjectName(gridName);
-    setAccessibleName(gridName);
+    setAccessibleName(QStringLiteral("Tool table"));
     m_table = new QTableWidget(this);
     m_table->setObjectName(gridName + QStringLiteral("Cells"));
     m_table->setAccessibleName(QStringLiteral("Tool table"));
@@ -113,7 +113,7 @@ ToolGrid::ToolGrid(const QString &gridName, const QString &sortName, QWidget *pa
     for (int i = 0; i < 4; ++i) {
         cmdSort[i] = new QPushButton(this);
         cmdSort[i]->setObjectName(sortName + QString::number(i));
-        cmdSort[i]->setAccessibleName(QStringLiteral("Sort by ") + QString::fromLatin1(kHeadings[i]).trimmed());
+        cmdSort[i]->setAccessibleDescription(QStringLiteral("Sort by ") + QString::fromLatin1(kHeadings[i]).trimmed());
         cmdSort[i]->setFocusPolicy(Qt::NoFocus);
         connect(cmdSort[i], &QPushButton::clicked, this, [this, i] { emit SortClick(i); });
     }

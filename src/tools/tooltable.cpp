@@ -21,25 +21,31 @@ QString strToolOffsetText(float sngOffset)
     return sngOffset == gintToolUnknownOffset ? QStringLiteral("unknown") : Format000(sngOffset);
 }
 
+ToolData typToolFromRecord(const QString &strRecord)
+{
+    QString rec = strRecord;
+    ToolData tool;
+    // A record with fewer than three bars takes the left part of a negative length: a fault.
+    int32_t p = InStr(rec, QStringLiteral("|"));
+    tool.intNumber = CInt(Val(Left(rec, p - 1)));
+    rec = Mid(rec, p + 1);
+    p = InStr(rec, QStringLiteral("|"));
+    tool.strType = Left(rec, p - 1);
+    rec = Mid(rec, p + 1);
+    p = InStr(rec, QStringLiteral("|"));
+    tool.sngDiameter = static_cast<float>(Val(Left(rec, p - 1)));
+    rec = Mid(rec, p + 1);
+    tool.sngOffset = static_cast<float>(Val(rec));
+    tool.blnHide = false;
+    return tool;
+}
+
 void ToolDataLoad() try {
     gtypTools.Erase();
     gintToolCount = CInt(Val(strRegistryValueGet(QStringLiteral("ToolCount"), QStringLiteral("0"))));
     for (int n = 1; n <= gintToolCount; ++n) {
         gtypTools.Redim(n);
-        QString rec = strRegistryValueGet(strToolValueName(n), QString());
-        ToolData &tool = gtypTools(n);
-        // A record with fewer than three bars takes the left part of a negative length: a fault.
-        int32_t p = InStr(rec, QStringLiteral("|"));
-        tool.intNumber = CInt(Val(Left(rec, p - 1)));
-        rec = Mid(rec, p + 1);
-        p = InStr(rec, QStringLiteral("|"));
-        tool.strType = Left(rec, p - 1);
-        rec = Mid(rec, p + 1);
-        p = InStr(rec, QStringLiteral("|"));
-        tool.sngDiameter = static_cast<float>(Val(Left(rec, p - 1)));
-        rec = Mid(rec, p + 1);
-        tool.sngOffset = static_cast<float>(Val(rec));
-        tool.blnHide = false;
+        gtypTools(n) = typToolFromRecord(strRegistryValueGet(strToolValueName(n), QString()));
     }
 } catch (...) {
     LogError("F1Mill", "ToolDataLoad");

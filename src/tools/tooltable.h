@@ -28,6 +28,8 @@ extern int16_t gintToolCount;           // the table's upper bound; 0 for an emp
 
 // Replaces the table from the store. A damaged record ends in the error trap.
 void ToolDataLoad();
+// One stored record read back; fewer than three bars is a fault (the caller's trap reports it).
+ToolData typToolFromRecord(const QString &strRecord);
 // Writes "ToolCount" and every record.
 void ToolDataSave();
 // The index of the first record with this tool number, or 0.

@@ -429,3 +429,59 @@ TEST(StreamFormat, MachiningTimeIsHoursMinutesSeconds)
     EXPECT_EQ(strMachiningTime(3725), QStringLiteral("01:02:05"));
     EXPECT_EQ(strMachiningTime(36000 + 59), QStringLiteral("10:00:59"));
 }
+
+// A spindle start whose reply is lost: the alarm, and the spindle counts as not running, so the
+// prompt stays at "Close Door" and the continue path asks again instead of resuming.
+TEST_F(StreamTest, ASpindleStartThatTimesOutDoesNotCountAsRunning)
+{
+    const QString kRetry = QStringLiteral(
+        "Please close the door and click RETRY to carry on\r\nor CANCEL to return to Main Menu");
+    for (const bool inPrompt : {true, false}) {
+        SCOPED_TRACE(inPrompt ? "prompt" : "continue");
+        StreamWorld w;
+        w.setUp();
+        ASSERT_TRUE(w.compile(kTwoToolProgram));
+        FrmMain *main = frmMain();
+        main->show();
+        w.goOnline();
+        EmptySpindle();
+        ControllerEmulator &c = w.emu->controller();
+        bool armed = false, pressed = false;
+        int64_t stepsAtAlarm = -1;
+        w.onSkull = [&] { stepsAtAlarm = c.stepRecords(); };
+        w.onPrompt = [&](int step) {
+            if (inPrompt && step == 2 && !armed) {
+                armed = true;
+                c.loseReplies(1);   // the start record's reply
+            }
+            return 1;
+        };
+        w.onPump = [&] {
+            if (!inPrompt && !pressed && c.spindleOn() && c.stepRecords() > 150) {
+                pressed = true;
+                QCoreApplication::postEvent(main, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
+            }
+        };
+        int64_t stepsAtRetry = -1;
+        w.onBox = [&](const BoxSeen &b) -> int16_t {
+            if (b.text == kContinue) {
+                c.loseReplies(1);
+                return vbYes;
+            }
+            if (b.text == kRetry)
+                stepsAtRetry = c.stepRecords();
+            return b.flags % 16 == vbRetryCancel ? vbRetry : vbOK;
+        };
+        w.run();
+        EXPECT_EQ(w.skullTexts.size(), 1);
+        if (inPrompt) {
+            EXPECT_EQ(w.promptSteps, (std::vector<int>{1, 2, 3, 4, 0, 1, 2, 4, 5, 6}));
+        } else {
+            ASSERT_EQ(w.seen.size(), 3u);
+            EXPECT_EQ(w.seen[1].text, kRetry);   // not the knob: the run did not go on
+            EXPECT_EQ(stepsAtRetry, stepsAtAlarm);
+        }
+        EXPECT_EQ(w.showMethod, 1);
+        UnloadForms();
+    }
+}

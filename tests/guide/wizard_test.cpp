@@ -4,6 +4,7 @@
 
 #include "core/frm_splash.h"
 #include "core/hooks.h"
+#include "files/filechoice.h"
 #include "guide/setmill.h"
 #include "guide/setmill_pages.h"
 #include "link/keyboard_panel.h"
@@ -338,4 +339,17 @@ TEST(WizardFlow, TheDoorOpenedDuringATaskStopsTheSpindleAndTheTaskStillEndsByDon
     EXPECT_LE(zAtOpen - c.posZ(), 32);   // at most the two frames already out
     EXPECT_EQ(gintSetStep, 4);
     EXPECT_FALSE(w.f->picSetMill->isHidden());
+}
+
+TEST(WizardFlow, AFileFromTheRecentListOrTheCommandLineEntersAtTheReadingStep)
+{
+    WizardWorld w;
+    w.setUp();
+    SetMode(1);
+    LaunchFile(w.writeFile(QStringLiteral("small.brx"), kSmall), 0);
+    EXPECT_TRUE(w.dialogTitles.isEmpty());   // no file dialog
+    EXPECT_EQ(gintMode, 3);
+    EXPECT_EQ(gintSetStep, 1);
+    EXPECT_TRUE(gblnSetupWizard);
+    EXPECT_FALSE(w.f->picHeader->isHidden());
 }

@@ -315,6 +315,63 @@ TEST(KeyControl, DoorOpenKeepsTheKeysDeadUntilTheMessageIsAcknowledgedAndTheDoor
     j.expectSound();
 }
 
+// From the moment the PC hears the door open nothing more is sent (a rapid's ramp-down
+// neither) until the door is closed; Esc stops at once. Either way the machine made every
+// step counted, but for those the door cut out of the frames it already held.
+TEST(KeyControl, NoMotionFrameOnceTheDoorOpensAndTheCountIsWhatTheMachineMade)
+{
+    struct Case {
+        const char *name;
+        std::vector<int> keys;
+        bool door;   // else Esc
+    };
+    const Case cases[] = {
+        {"door during a held jog", {VK_RIGHT, VK_NUMPAD9}, true},
+        {"door during a rapid's ramp", {VK_NUMPAD0, VK_RIGHT}, true},
+        {"Esc during a jog", {VK_RIGHT, VK_NUMPAD9}, false},
+        {"Esc during a rapid", {VK_NUMPAD0, VK_RIGHT}, false},
+    };
+    for (const Case &k : cases) {
+        SCOPED_TRACE(k.name);
+        Jog j;
+        for (int vk : k.keys)
+            j.keys.Press(vk);
+        qsizetype writtenAtOpen = -1, writtenAtClose = -1;
+        auto panel = linkHooks().setPanel;
+        linkHooks().setPanel = [&, panel](const QString &key, const QString &t) {
+            panel(key, t);
+            if (t == QLatin1String("Door Open") && writtenAtOpen < 0)
+                writtenAtOpen = j.w.emu->written().size();
+        };
+        j.at.emplace(300, [&] {
+            if (k.keys[0] == VK_NUMPAD0) {
+                EXPECT_LT(gsngRampSpeed, gsngRapidSpeed);   // still ramping up
+            }
+            if (k.door) {
+                j.emu().openDoor();
+            } else {
+                gblnCancel = true;   // what Esc does on the main window
+                gblnKeyLoop = false;
+            }
+        });
+        j.at.emplace(900, [&] {
+            writtenAtClose = j.w.emu->written().size();
+            j.emu().closeDoor();
+        });
+        j.run(k.door ? 1200 : 100000);
+        EXPECT_EQ(gintBuffersOut, 0);
+        EXPECT_EQ(j.emu().posX() + j.emu().droppedSteps(), glngPosX);
+        if (k.door) {
+            ASSERT_GE(writtenAtOpen, 0);
+            EXPECT_EQ(writtenAtClose, writtenAtOpen);
+            EXPECT_GT(j.w.emu->written().size(), writtenAtClose);   // the keys still held move again
+        } else {
+            EXPECT_EQ(j.emu().droppedSteps(), 0);
+            EXPECT_GT(glngPosX, 0);
+        }
+    }
+}
+
 TEST(KeyControl, SpindleRequestsAreServedWithTheLineQuiet)
 {
     Jog j;

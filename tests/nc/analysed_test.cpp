@@ -87,6 +87,18 @@ TEST_F(Analysed, SameFileTwiceIsNotCompiledAgain)
     ResetUiHooks();
 }
 
+namespace {
+const char *const kInvalid = "the previously analysed version of this NC file is invalid";
+// Changes the analysed file's bytes (without its trailer) and writes a trailer that fits again.
+void damage(Analysed &t, const std::function<void(QByteArray &)> &change)
+{
+    QByteArray f = ReadFileBytes(t.m_ncx);
+    f.chop(4);
+    change(f);
+    WriteFile(t.m_ncx, f + strLongToLongString(static_cast<int32_t>(f.size() + 4)));
+}
+} // namespace
+
 // Each row changes one thing after a good compilation; the check gives its reason and the
 // stale file is gone.
 TEST_F(Analysed, EveryChangeGivesItsReasonAndDeletesTheFile)
@@ -100,8 +112,12 @@ TEST_F(Analysed, EveryChangeGivesItsReasonAndDeletesTheFile)
          [](Analysed &t) { QByteArray p = kProgram; p[p.indexOf("F200") + 3] = '1'; WriteFile(t.m_nc, p); }},
         {"the previously analysed version of this NC file is incomplete",
          [](Analysed &t) { QByteArray f = ReadFileBytes(t.m_ncx); f.chop(4); WriteFile(t.m_ncx, f); }},
-        {"the previously analysed version of this NC file is invalid",
-         [](Analysed &t) { WriteFile(t.m_ncx, ReadFileBytes(t.m_ncx).left(8)); }},
+        {kInvalid, [](Analysed &t) { WriteFile(t.m_ncx, ReadFileBytes(t.m_ncx).left(8)); }},
+        // Damage inside a file whose trailer still matches: the table and the records must fit.
+        {kInvalid, [](Analysed &t) { damage(t, [](QByteArray &f) { f[34] = 7; }); }},         // command count
+        {kInvalid, [](Analysed &t) { damage(t, [](QByteArray &f) { f[38] = 0x7F; }); }},      // a text's length
+        {kInvalid, [](Analysed &t) { damage(t, [](QByteArray &f) { f.remove(f.size() - 12, 1); }); }},
+        {kInvalid, [](Analysed &t) { damage(t, [](QByteArray &f) { f.chop(8); }); }},         // no end marker
         {"the Rapid Traverse Speed has been changed", [](Analysed &) { gsngRapidSpeed = 475.0f; }},
         {"the Backlash compensation values have been changed", [](Analysed &) { gintBacklashZ = 1; }},
         {"Tool 1 has a new offset", [](Analysed &) { gtypTools(1).sngOffset = 0.01f; }},
@@ -291,9 +307,10 @@ TEST_F(Analysed, RandomBytesEndInAReasonNeverACrash)
         WriteFile(m_ncx, bytes);
         ReadProgram(m_nc);
         ASSERT_FALSE(trap.fired()) << round;
-        if (!gblnAnalysedValid) {
+        if (!gblnAnalysedValid)
             EXPECT_FALSE(gstrAnalysedReason.isEmpty()) << round;
-        }
+        else  // what the check trusts, the stream can read: it parses cleanly
+            EXPECT_TRUE(ParseAnalysedFile(bytes).problems.isEmpty()) << round;
         // Random dumps never fail either.
         EXPECT_FALSE(strDumpAnalysedFile(bytes, QStringLiteral("x.ncx")).isEmpty());
     }

@@ -69,3 +69,36 @@ TEST(NcCheck, ExitCodesAndOutput)
     EXPECT_EQ(f.readAll(), ini);
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden).filter(QStringLiteral("Brantok")).size(), 1);
 }
+
+TEST(NcCheck, HelpAndAToolTableFromAFile)
+{
+    QTemporaryDir dir;
+    const QString store = dir.path() + QStringLiteral("/Brantok.conf");   // empty: no tools
+    for (const char *help : {"--help", "-h"}) {
+        const NcToolRun r = RunBrantokNc({QString::fromLatin1(help)}, store);
+        EXPECT_EQ(r.exitCode, 0) << help;
+        EXPECT_TRUE(r.out.startsWith(QStringLiteral("usage: brantok-nc"))) << r.out.toStdString();
+        EXPECT_TRUE(r.out.contains(QStringLiteral("--tools"))) << r.out.toStdString();
+    }
+    // The shipped samples read cleanly with the shipped tool table, as README shows.
+    const QString samples = QStringLiteral(BRANTOK_SOURCE_DIR "/samples/");
+    const QString tools = samples + QStringLiteral("Tools.txt");
+    for (const char *sample : {"Circle.brx", "Pocket.brx"}) {
+        const QString file = samples + QLatin1String(sample);
+        EXPECT_EQ(RunBrantokNc({QStringLiteral("check"), file}, store).exitCode, 1) << sample;
+        const NcToolRun r = RunBrantokNc({QStringLiteral("check"), QStringLiteral("--tools"), tools, file}, store);
+        EXPECT_EQ(r.exitCode, 0) << r.out.toStdString();
+    }
+    // A line that isn't a record is told, not trapped; a missing value is a wrong command line.
+    const QString bad = dir.path() + QStringLiteral("/bad.txt");
+    {
+        QFile f(bad);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write("1|End mill|3.000|0.000\n\nEnd mill 6\n");
+    }
+    NcToolRun r = RunBrantokNc({QStringLiteral("check"), QStringLiteral("--tools"), bad, samples + "Circle.brx"}, store);
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_EQ(r.out, bad + QStringLiteral(" line 3: a tool is number|type|diameter|offset, not: End mill 6\n"));
+    r = RunBrantokNc({QStringLiteral("compile"), QStringLiteral("--tools")}, store);
+    EXPECT_EQ(r.exitCode, 64);
+}

@@ -1,0 +1,160 @@
+// Nothing lost on a kill: a child process writes the settings store, an NC file through the
+// correction window's save and an analysed file over and over, and is killed with SIGKILL
+// at a random moment. Afterwards the store and the NC file are whole, old or new, never a
+// mixture; an analysed file is either whole or refused by the check, never trusted half
+// written. The kill counts go to the test's output (and README).
+#include "nc_test_support.h"
+
+#include "core/state.h"
+#include "core/store.h"
+#include "nc/analysed.h"
+#include "nc/evaluate.h"
+#include "nc/reader.h"
+#include "nc/textfile.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <algorithm>
+#include <csignal>
+#include <functional>
+#include <iostream>
+#include <random>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int kKillsEach = 80;
+
+// Runs `write(n)` for n = 0, 1, 2, ... in a forked child and kills it after a random delay
+// of up to `spanUs`; `check` then looks at what the child left. Returns false when a child
+// could not be made.
+bool KillWhileWriting(std::mt19937 &rng, int64_t spanUs, const std::function<void(int)> &write,
+                      const std::function<void()> &check)
+{
+    std::uniform_int_distribution<int64_t> delay(0, spanUs);
+    for (int k = 0; k < kKillsEach; ++k) {
+        const pid_t pid = fork();
+        if (pid < 0)
+            return false;
+        if (pid == 0) {
+            try {
+                for (int n = 0;; ++n)
+                    write(n);
+            } catch (...) {
+            }
+            _exit(3);
+        }
+        usleep(static_cast<useconds_t>(delay(rng)));
+        kill(pid, SIGKILL);
+        int status = 0;
+        waitpid(pid, &status, 0);
+        check();
+    }
+    return true;
+}
+
+// The span of the random kill: three times what one call of `f` takes (the mean of a few),
+// so that kills land before, inside and between writes; at most 40 ms, to keep the test short.
+int64_t SpanFor(const std::function<void(int)> &f)
+{
+    QElapsedTimer t;
+    t.start();
+    for (int n = 0; n < 4; ++n)
+        f(n);
+    return std::min<int64_t>(3 * t.nsecsElapsed() / 4000, 40000);
+}
+
+class KillTest : public CompilerTest {
+protected:
+    QTemporaryDir m_dir;
+    std::mt19937 m_rng{20261124};
+};
+
+} // namespace
+
+TEST_F(KillTest, TheSettingsStoreIsOldOrNew)
+{
+    TempStore store;
+    for (int i = 0; i < 40; ++i)
+        RegistryValuePut(QStringLiteral("Tool%1").arg(i), QStringLiteral("End mill, 6 mm, offset %1").arg(i));
+    const QString values[2] = {QString(70, u'a'), QString(70, u'b')};
+    const auto put = [&values](int n) { RegistryValuePut(QStringLiteral("Comment"), values[n % 2]); };
+    QByteArray whole[2];
+    for (int n = 0; n < 2; ++n) {
+        put(n);
+        whole[n] = ReadFileBytes(store.path());
+    }
+    int seen[2] = {0, 0};
+    ASSERT_TRUE(KillWhileWriting(m_rng, SpanFor(put), put, [&] {
+        const QByteArray now = ReadFileBytes(store.path());
+        ASSERT_TRUE(now == whole[0] || now == whole[1]) << "a mixture of " << now.size() << " bytes";
+        ++seen[now == whole[1]];
+    }));
+    // Read back through the store itself after the last kill.
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Tool39"), QString()), QStringLiteral("End mill, 6 mm, offset 39"));
+    std::cout << "store: " << kKillsEach << " kills, left old " << seen[0] << ", new " << seen[1] << "\n";
+}
+
+TEST_F(KillTest, ACorrectedNcFileIsOldOrNew)
+{
+    const QString path = m_dir.filePath(QStringLiteral("part.brx"));
+    QString texts[2];
+    for (int n = 0; n < 2; ++n) {
+        texts[n] = QStringLiteral("%\r\n* Billet length 50\r\n");
+        for (int line = 1; line <= 8000; ++line)
+            texts[n] += QStringLiteral("N%1 G1 X%2 Y1 F100\r\n").arg(line * 10).arg(n + line % 7);
+    }
+    const auto save = [&](int n) {
+        QString error;
+        if (!blnTextFileSave(path, texts[n % 2], error))
+            throw std::runtime_error("save failed");
+    };
+    QByteArray whole[2];
+    for (int n = 0; n < 2; ++n) {
+        save(n);
+        whole[n] = ReadFileBytes(path);
+    }
+    int seen[2] = {0, 0};
+    ASSERT_TRUE(KillWhileWriting(m_rng, SpanFor(save), save, [&] {
+        const QByteArray now = ReadFileBytes(path);
+        ASSERT_TRUE(now == whole[0] || now == whole[1]) << "a mixture of " << now.size() << " bytes";
+        ++seen[now == whole[1]];
+    }));
+    std::cout << "NC file: " << kKillsEach << " kills, left old " << seen[0] << ", new " << seen[1] << "\n";
+}
+
+TEST_F(KillTest, AHalfWrittenAnalysedFileIsNeverTrusted)
+{
+    const QString nc = m_dir.filePath(QStringLiteral("part.brx"));
+    const QString ncx = m_dir.filePath(QStringLiteral("part.ncx"));
+    QByteArray program = "%\r\nN10 T1\r\nN20 S1000\r\nN30 G0 X1 Y1 Z1\r\nN40 G1 Z-0.5 F100\r\n";
+    for (int i = 0; i < 40; ++i)
+        program += QByteArray("N") + QByteArray::number(50 + i) + (i % 2 ? " G2 X1 Y1 I4 J0\r\n" : " G1 X9 Y9\r\n");
+    WriteFile(nc, program);
+    CompileProgram(nc);
+    const QByteArray whole = ReadFileBytes(ncx);
+    ASSERT_GT(whole.size(), 10000);
+    // The child compiles the table it was given again and again, as a new compilation does.
+    const auto compile = [&nc](int) {
+        gfnCompFileReason = &strNoCompFileReason;
+        ReadCommands(nc);
+        EvaluateCommands();
+    };
+    int trusted = 0, refused = 0, none = 0;
+    ASSERT_TRUE(KillWhileWriting(m_rng, SpanFor(compile), compile, [&] {
+        const bool existed = QFile::exists(ncx);
+        ReadProgram(nc);
+        if (gblnAnalysedValid) {
+            ++trusted;
+            ASSERT_EQ(ReadFileBytes(ncx), whole) << "a half-written file was trusted";
+        } else {
+            ++(existed ? refused : none);
+            ASSERT_FALSE(QFile::exists(ncx));   // a refused file is deleted
+        }
+    }));
+    std::cout << "analysed file: " << kKillsEach << " kills, whole and trusted " << trusted << ", refused "
+              << refused << ", none left " << none << "\n";
+}
