@@ -138,7 +138,7 @@ void PicSetMill::pressIfUsable(int intIndex)
     if (intIndex < 0 || intIndex >= static_cast<int>(cmdSetNav.size()))
         return;
     QPushButton *b = cmdSetNav[static_cast<size_t>(intIndex)];
-    if (b->isVisible() && b->isEnabled())
+    if (b->isVisibleTo(this) && b->isEnabled())
         b->click();
 }
 

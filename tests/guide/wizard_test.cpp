@@ -17,6 +17,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -97,7 +98,9 @@ TEST(WizardFlow, ACancelledDialogComesBackToStepOneAndAFaultyFileIsCorrectedAndR
     w.setUp();
     SetMode(1);
     w.f->MenuAction(QStringLiteral("Mill"));
-    w.nav(3);   // the dialog answers Cancel
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(w.f->picSetMill, &enter);   // Enter presses Next; the dialog answers Cancel
+    EXPECT_EQ(w.dialogTitles.size(), 1);
     EXPECT_EQ(gintSetStep, 0);
     EXPECT_EQ(w.f->windowTitle(), QStringLiteral("Brantok for the Emco F1 Mill - "));
     EXPECT_FALSE(w.f->picSetMill->cmdSetNav[2]->isEnabled());
@@ -125,6 +128,11 @@ TEST(WizardFlow, ACancelledDialogComesBackToStepOneAndAFaultyFileIsCorrectedAndR
     w.nav(3);
     EXPECT_EQ(gintMode, 1);
     EXPECT_TRUE(w.emu == nullptr || w.emu->written().isEmpty());
+    // Esc presses Cancel: from step 1 back to the menu.
+    w.f->MenuAction(QStringLiteral("Mill"));
+    QKeyEvent esc(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QCoreApplication::sendEvent(w.f->picSetMill, &esc);
+    EXPECT_EQ(gintMode, 1);
 }
 
 TEST(WizardFlow, AnUnknownOffsetBarsStepTwoExceptThroughGetOffsets)
