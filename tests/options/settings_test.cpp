@@ -1,5 +1,6 @@
 // The settings dialog on the real form: what it refuses, what it stores and in which case,
 // the password on its page and on saving, the pages, and the ports.
+#include "core/msgbox.h"
 #include "core/store.h"
 #include "core/ui_fixture.h"
 #include "link/comms.h"
@@ -170,7 +171,7 @@ TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
         EXPECT_FALSE(s->blnSaveSettings());
     }
     EXPECT_TRUE(gblnShowTime);
-    EXPECT_EQ(Stored("ShowTime"), QStringLiteral("absent"));
+    EXPECT_EQ(Stored("ShowTime"), QStringLiteral("Yes"));
     s->Form_Activate();
     EXPECT_TRUE(s->cmdOk->isEnabled() && s->cmdCancel->isEnabled());
     Unload(s);
