@@ -52,4 +52,29 @@ APP=$!
 sleep 9
 crop toolchange.png
 kill $APP
+# The settings dialog's four pages, the password prompt after a wrong try, and the rate test
+# at the end of its run (the recommendation over it). Each cropped to its window.
+win() { xdotool search --onlyvisible --name "^$1\$" | head -1; }
+shotwin() {
+    eval "$(xdotool getwindowgeometry --shell "$(win "$1")")"
+    import -window root "$TMP/shot.png" &&
+        convert "$TMP/shot.png" -crop "$((WIDTH + ${3:-0}))x$((HEIGHT + ${4:-0}))+$X+$Y" +repage -strip "$OUT/$2"
+}
+for page in mill machining keyboard password; do
+    BRANTOK_STORE="$TMP/set.conf" "./$BUILD/showcase/settings_showcase" $page >/dev/null 2>&1 &
+    APP=$!
+    sleep 1.5
+    shotwin "Brantok Settings" settings-$page.png
+    kill $APP
+done
+BRANTOK_STORE="$TMP/set.conf" "./$BUILD/showcase/settings_showcase" pass >/dev/null 2>&1 &
+APP=$!
+sleep 1.5
+shotwin "Brantok - password" password-oops.png
+kill $APP
+BRANTOK_STORE="$TMP/rate.conf" "./$BUILD/showcase/settings_showcase" ratetest >/dev/null 2>&1 &
+APP=$!
+sleep 25
+shotwin "Rapid Rate Test" rate-test.png
+kill $APP
 ls -l "$OUT"

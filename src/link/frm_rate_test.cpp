@@ -97,7 +97,7 @@ FrmRateTest::FrmRateTest()
     rtbRateTest->setAccessibleName(QStringLiteral("About the rate test"));
     rtbRateTest->setReadOnly(true);
     rtbRateTest->setFocusPolicy(Qt::NoFocus);
-    rtbRateTest->setMinimumHeight(250);
+    rtbRateTest->setMinimumHeight(340);
     lay->addWidget(rtbRateTest, 1);
     auto *grid = new QGridLayout;
     grid->setHorizontalSpacing(12);
@@ -158,7 +158,7 @@ FrmRateTest::FrmRateTest()
     connect(tmrProgress, &QTimer::timeout, this, [this] { tmrProgress_Timer(); });
     connect(cmdStart, &QPushButton::clicked, this, [this] { cmdStart_Click(); });
     connect(cmdCancel, &QPushButton::clicked, this, [this] { cmdCancel_Click(); });
-    resize(560, 600);
+    resize(580, 700);
 }
 
 FrmRateTest::~FrmRateTest()

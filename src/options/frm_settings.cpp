@@ -17,6 +17,7 @@
 #include <QHBoxLayout>
 #include <QKeySequence>
 #include <QShortcut>
+#include <QStackedLayout>
 #include <QVBoxLayout>
 
 #include <cmath>
@@ -55,18 +56,19 @@ FrmSettings::FrmSettings()
         tbsOptions->setTabData(i, QString::fromLatin1(t.key));
     }
     lay->addWidget(tbsOptions);
-    // The pages share one framed place under the tabs; only the selected one is shown.
+    // The pages share one framed place under the tabs, as large as the largest page; only
+    // the selected one is shown.
     auto *frame = new QFrame(this);
     frame->setObjectName(QStringLiteral("fraPages"));
     frame->setFrameShape(QFrame::StyledPanel);
     frame->setMinimumSize(470, 250);
-    auto *pages = new QVBoxLayout(frame);
-    pages->setContentsMargins(14, 10, 14, 10);
+    m_pages = new QStackedLayout(frame);
+    m_pages->setContentsMargins(14, 10, 14, 10);
     for (int i = 0; i < 4; ++i) {
         picOptions[i] = new QWidget(frame);
         picOptions[i]->setObjectName(QStringLiteral("picOptions%1").arg(i));
         picOptions[i]->setAccessibleName(QString::fromLatin1(kTabs[i].caption));
-        pages->addWidget(picOptions[i]);
+        m_pages->addWidget(picOptions[i]);
     }
     BuildMillPage(picOptions[0]);
     BuildMachiningPage(picOptions[1]);
@@ -164,6 +166,7 @@ void FrmSettings::SelectTab(int16_t intTab)
 void FrmSettings::tbsOptions_Click() try {
     intTabPrevious = intTabCurrent;
     const int selected = tbsOptions->currentIndex();
+    m_pages->setCurrentIndex(selected);
     for (int i = 0; i < 4; ++i)
         picOptions[i]->setVisible(i == selected);
     intTabCurrent = static_cast<int16_t>(selected + 1);

@@ -23,6 +23,8 @@
 #include <array>
 #include <cstdint>
 
+class QStackedLayout;
+
 // An up-down control beside a number box: up and down arrows that step the box's number
 // by 1 within min..max (what the arrows do; the box itself takes whatever is typed).
 class UpDown : public QWidget {
@@ -105,6 +107,7 @@ protected:
     void reject() override;   // Esc and the close box: as Cancel
 
 private:
+    QStackedLayout *m_pages = nullptr;   // holds picOptions(0..3), one shown at a time
     void BuildMillPage(QWidget *page);
     void BuildMachiningPage(QWidget *page);
     void BuildKeyboardPage(QWidget *page);
