@@ -64,6 +64,10 @@ void FrmPass::Form_Load() try {
 }
 
 void FrmPass::Form_Activate() try {
+    // Closing already (the deferred close waits for the keys): the buttons stay off, so a
+    // second click can't act on a form that is going.
+    if (gfrmToClose == this)
+        return;
     cmdOk->setEnabled(true);
     cmdCancel->setEnabled(true);
 } catch (...) {

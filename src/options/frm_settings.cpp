@@ -59,7 +59,6 @@ FrmSettings::FrmSettings()
     // The pages share one framed place under the tabs, as large as the largest page; only
     // the selected one is shown.
     auto *frame = new QFrame(this);
-    frame->setObjectName(QStringLiteral("fraPages"));
     frame->setFrameShape(QFrame::StyledPanel);
     frame->setMinimumSize(470, 250);
     m_pages = new QStackedLayout(frame);
@@ -136,6 +135,10 @@ void FrmSettings::Form_Load() try {
 }
 
 void FrmSettings::Form_Activate() try {
+    // Closing already (the deferred close waits for the keys): the buttons stay off, so a
+    // second click can't act on a form that is going.
+    if (gfrmToClose == this)
+        return;
     cmdOk->setEnabled(true);
     cmdCancel->setEnabled(true);
     // Given back only with a controller: offline there is nothing to test, and the test

@@ -287,7 +287,7 @@ TEST_F(MainWindow, CaptionsAndAccessibleNames)
     for (const char *k : {"online", "spindle", "door", "status", "timer"})
         EXPECT_NE(f->stbPanel(QString::fromLatin1(k)), nullptr);
     EXPECT_EQ(f->stbPanel(QStringLiteral("timer"))->toolTip(), QStringLiteral("Milling Time (hh:mm:ss)"));
-    for (QWidget *form : std::initializer_list<QWidget *>{f, frmSplash(), frmAbout(), frmSettings()}) {
+    for (QWidget *form : std::initializer_list<QWidget *>{f, frmSplash(), frmAbout()}) {
         EXPECT_FALSE(form->accessibleName().isEmpty()) << form->objectName().toStdString();
         // Qt's own inner parts (scroll bars, viewports) are named by their owners.
         for (QWidget *w : form->findChildren<QWidget *>())

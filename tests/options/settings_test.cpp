@@ -9,6 +9,9 @@
 #include "options/frm_settings.h"
 #include "options/password.h"
 
+#include "link/frm_rate_test.h"
+
+#include <QAccessible>
 #include <QElapsedTimer>
 #include <QTimer>
 
@@ -253,6 +256,25 @@ TEST_F(Settings, PortsFromTheStoreGoingOnlineAndOffline)
     TrapRecorder trap;
     EXPECT_THROW(frmSettings(), TrapEnded);
     EXPECT_EQ(trap.report(), ExpectedTrap("frmSettings", "Form_Load", 340, "Control array element '6' doesn't exist"));
+}
+
+TEST_F(Settings, EveryControlHasTheNameItsOperatorReads)
+{
+    // Through the accessibility interface: a label, button or box named by its own text or its
+    // label's; a value label by its value. Labels whose value comes later may be empty.
+    for (QWidget *form : std::initializer_list<QWidget *>{frmSettings(), frmPass(), frmRateTest()}) {
+        for (QWidget *w : form->findChildren<QWidget *>()) {
+            auto *label = qobject_cast<QLabel *>(w);
+            if (w->objectName().isEmpty() || w->objectName().startsWith(QLatin1String("qt_")) ||
+                (label && label->text().isEmpty() && label->pixmap().isNull()))
+                continue;
+            QAccessibleInterface *a = QAccessible::queryAccessibleInterface(w);
+            ASSERT_NE(a, nullptr);
+            EXPECT_FALSE(a->text(QAccessible::Name).isEmpty()) << w->objectName().toStdString();
+        }
+    }
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(frmSettings()->txtRapid)->text(QAccessible::Name),
+              QStringLiteral("Rapid Traverse speed (mm/min)"));
 }
 
 } // namespace
