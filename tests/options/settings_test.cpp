@@ -8,11 +8,16 @@
 #include "options/frm_pass.h"
 #include "options/frm_settings.h"
 #include "options/password.h"
+#include "platform/serial_port.h"
+
+#include <unistd.h>
 
 #include "link/frm_rate_test.h"
 
 #include <QAccessible>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTimer>
 
 namespace {
@@ -256,6 +261,23 @@ TEST_F(Settings, PortsFromTheStoreGoingOnlineAndOffline)
     TrapRecorder trap;
     EXPECT_THROW(frmSettings(), TrapEnded);
     EXPECT_EQ(trap.report(), ExpectedTrap("frmSettings", "Form_Load", 340, "Control array element '6' doesn't exist"));
+}
+
+TEST(SerialPorts, ADeviceWithoutPermissionNamesItAndTheDialoutGroup)
+{
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root may open any device";
+    QTemporaryDir dir;
+    const QString dev = dir.path() + QStringLiteral("/ttyUSB9");
+    QFile f(dev);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.close();
+    f.setPermissions(QFileDevice::Permissions());
+    const QString text = SerialOpenFailureText(dev, QStringLiteral("Permission error"));
+    EXPECT_TRUE(text.startsWith(QStringLiteral("Permission denied on ") + dev)) << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("'dialout' group")));
+    EXPECT_EQ(SerialOpenFailureText(QStringLiteral("/dev/ttyS9"), QStringLiteral("No such file or directory")),
+              QStringLiteral("No such file or directory (/dev/ttyS9)"));
 }
 
 TEST_F(Settings, EveryControlHasTheNameItsOperatorReads)
