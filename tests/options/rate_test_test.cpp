@@ -3,6 +3,7 @@
 #include "core/ui_fixture.h"
 #include "link/frm_rate_test.h"
 #include "link/link_world.h"
+#include "options/frm_settings.h"
 
 #include <QTimer>
 
@@ -89,6 +90,27 @@ TEST(RateTest, CancelDuringTheFirstPresetSaysSoAndRecommendsNothing)
     EXPECT_EQ(run.world.boxes.last().flags, 64);
     EXPECT_EQ(run.recommended, 0);
     EXPECT_FALSE(frmRateTestLoaded());
+}
+
+TEST(RateTest, FromTheSettingsDialogTheRecommendationLandsInTheRapidBox)
+{
+    LinkWorld world;
+    ReadStartSettings();
+    world.goOnline();
+    FrmSettings *s = frmSettings();
+    s->txtRapid->setText(QStringLiteral("350"));
+    QTimer op;
+    QObject::connect(&op, &QTimer::timeout, [] {
+        if (frmRateTestLoaded() && frmRateTest()->isVisible() && frmRateTest()->cmdStart->isEnabled())
+            frmRateTest()->cmdStart_Click();
+    });
+    op.start(5);
+    s->cmdRateTest_Click();
+    // The settings were stored before the test; its result waits in the box to be saved.
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("RapidSpeed"), QString()), QStringLiteral("350"));
+    EXPECT_EQ(s->txtRapid->text(), QStringLiteral("600"));
+    EXPECT_FALSE(frmRateTestLoaded());
+    UnloadEveryForm();
 }
 
 } // namespace
