@@ -23,7 +23,6 @@ FrmPass::FrmPass()
     lblPass->setObjectName(QStringLiteral("lblPass"));
     txtPass = new QLineEdit(this);
     txtPass->setObjectName(QStringLiteral("txtPass"));
-    txtPass->setAccessibleName(QStringLiteral("Password"));
     txtPass->setEchoMode(QLineEdit::Password);
     txtPass->setMaxLength(6);
     lblPass->setBuddy(txtPass);

@@ -12,6 +12,8 @@
 #include <QSerialPortInfo>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 const QString kPortTip = QStringLiteral("Indicate which Com Port your Lathe Controller is connected to.");
