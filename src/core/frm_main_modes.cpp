@@ -4,7 +4,7 @@
 // a side door.
 #include "core/frm_about.h"
 #include "core/frm_main.h"
-#include "core/frm_settings.h"
+#include "options/frm_settings.h"
 #include "core/frm_splash.h"
 #include "core/help_calc.h"
 #include "core/logger.h"
