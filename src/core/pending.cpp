@@ -45,7 +45,3 @@ void ReturnToOffset() { ShowMenu(QString()); }
 void ShowBillet(const QString &) {}
 void ShowMethod() { SetMode(8); }   // the subsequent-part screen, as it stands
 
-
-// The editor's unload gives the main menu back with SetMode(1); with no editor, at once.
-void ShowCodeEditor() { SetMode(1); }
-void CodeEditorDeactivated() {}

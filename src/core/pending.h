@@ -22,7 +22,3 @@ void ReturnToSetMill(int16_t intStep);
 void ReturnToOffset();
 void ShowBillet(const QString &strReturn);
 void ShowMethod();                                     // after a run: the subsequent-part screen
-
-// --- Code editor (replaced by the code editor part).
-void ShowCodeEditor();                                  // frmCNCEdit, modal
-void CodeEditorDeactivated();                           // unloads frmFind when the editor is loaded
