@@ -19,6 +19,7 @@
 #include <QPlainTextEdit>
 #include <QStatusBar>
 #include <QTextBlock>
+#include <QTimer>
 #include <QToolBar>
 
 #ifdef BRANTOK_HAVE_XCB
@@ -97,6 +98,11 @@ FrmCNCEdit::FrmCNCEdit()
     connect(rtbCNCEdit, &QPlainTextEdit::selectionChanged, this, [this] { rtbCNCEdit_SelChange(); });
     rtbCNCEdit->installEventFilter(this);
     rtbCNCEdit->viewport()->installEventFilter(this);
+    // The lock keys may change while another window has the keys (a box, the file dialog):
+    // the panels look again a few times a second.
+    tmrKeys = new QTimer(this);
+    tmrKeys->setInterval(300);
+    connect(tmrKeys, &QTimer::timeout, this, [this] { ShowKeyPanels(); });
     resize(760, 560);
 }
 
@@ -223,6 +229,7 @@ void FrmCNCEdit::Form_Load() try {
     // 5. An empty, untitled text.
     mnuFNew_Click();
     ShowKeyPanels();
+    tmrKeys->start();
 } catch (...) {
     LogError("frmCNCEdit", "Form_Load");
 }
@@ -341,6 +348,8 @@ void FrmCNCEdit::ShowKeyPanels()
     const std::pair<const char *, bool> states[] = {{"CAPS", blnCaps}, {"NUM", blnNum}, {"INS", blnInsert}};
     for (const auto &[key, on] : states) {
         QLabel *panel = stbPanel(QString::fromLatin1(key));
+        if (panel->isEnabled() == on && !panel->accessibleDescription().isEmpty())
+            continue;
         panel->setEnabled(on);
         panel->setAccessibleDescription(on ? QStringLiteral("on") : QStringLiteral("off"));
     }

@@ -30,6 +30,7 @@ class QLabel;
 class QMenu;
 class QPlainTextEdit;
 class QStatusBar;
+class QTimer;
 class QToolBar;
 
 class FrmCNCEdit : public QMainWindow, public Form {
@@ -53,6 +54,7 @@ public:
     // --- Status bar: panels by key ("Lines", "CAPS", "NUM", "INS").
     QStatusBar *stbEdit;
     QLabel *stbPanel(const QString &strKey) const;
+    QTimer *tmrKeys;   // 300 ms: the lock-key panels follow the keyboard
 
     // --- The form's state.
     QString strFileName;          // full path of the file in the editor, "" for an untitled text
