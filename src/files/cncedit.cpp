@@ -5,6 +5,7 @@
 
 #include "core/frm_main.h"
 #include "core/logger.h"
+#include "files/editor_art.h"
 #include "files/frmfind.h"
 #include "files/recent.h"
 
@@ -158,7 +159,8 @@ void FrmCNCEdit::buildToolbar()
     tlbEdit->setAccessibleName(QStringLiteral("Editor toolbar"));
     tlbEdit->setMovable(false);
     tlbEdit->setFloatable(false);
-    tlbEdit->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    tlbEdit->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    tlbEdit->setIconSize(QSize(24, 24));
     tlbEdit->toggleViewAction()->setVisible(false);
     const QString keys[] = {QStringLiteral("New"), QStringLiteral("Open"), QStringLiteral("Save"),
                             QStringLiteral("Cut"), QStringLiteral("Copy"), QStringLiteral("Paste"),
@@ -166,7 +168,7 @@ void FrmCNCEdit::buildToolbar()
     for (const QString &key : keys) {
         if (key == QLatin1String("Cut") || key == QLatin1String("Find") || key == QLatin1String("Check"))
             tlbEdit->addSeparator();
-        QAction *a = tlbEdit->addAction(key);
+        QAction *a = tlbEdit->addAction(EditorToolbarIcon(key), key);
         a->setObjectName(QStringLiteral("tlb") + key);
         connect(a, &QAction::triggered, this, [this, key] { tlbEdit_ButtonClick(key); });
         m_buttons[key] = a;
