@@ -19,6 +19,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTextBlock>
+#include <QToolBar>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -87,6 +88,37 @@ protected:
 
 const QByteArray kProgram = "%\r\n* Billet length 50\r\n* Billet width 40\r\n* Billet depth 5\r\n"
                             "N10 T1\r\nN20 S2000\r\nN30 G0 X10 Y20 Z2\r\nN40 G1 Z-0.5 F80\r\nN50 G0 Z2\r\n";
+
+// The captions as the operator reads them, separators as "-".
+QStringList Captions(const QList<QAction *> &actions)
+{
+    QStringList out;
+    for (QAction *a : actions)
+        out << (a->isSeparator() ? QStringLiteral("-") : a->text());
+    return out;
+}
+
+TEST_F(CncEdit, MenusToolbarPanelsAndFindDialogWordForWord)
+{
+    EXPECT_EQ(e->mnuFile->title(), QStringLiteral("&File"));
+    EXPECT_EQ(Captions(e->mnuFile->actions()).join(u'|'), QStringLiteral("&New|&Open|&Save|Save &As ...|-|-|E&xit"));
+    EXPECT_EQ(e->mnuEdit->title(), QStringLiteral("&Edit"));
+    EXPECT_EQ(Captions(e->mnuEdit->actions()).join(u'|'),
+              QStringLiteral("Cu&t|&Copy|&Paste|-|&Find ...|Find &Next|&Replace ...|-|Chec&k Program"));
+    QStringList buttons;
+    for (QAction *a : e->tlbEdit->actions())
+        if (!a->isSeparator())
+            buttons << a->text();
+    EXPECT_EQ(buttons.join(u' '), QStringLiteral("New Open Save Cut Copy Paste Find Check"));
+    EXPECT_FALSE(e->tlbButton(QStringLiteral("Check"))->toolTip().isEmpty());
+    for (const char *key : {"CAPS", "NUM", "INS"})
+        EXPECT_EQ(e->stbPanel(QString::fromLatin1(key))->text(), QString::fromLatin1(key));
+    FrmFind *f = frmFind();
+    EXPECT_EQ(f->windowTitle(), QStringLiteral("Find"));
+    EXPECT_EQ((QStringList{f->lblFind->text(), f->cmdFind->text(), f->cmdCancel->text(), f->lblReplace->text(),
+                           f->cmdReplace->text(), f->cmdReplaceAll->text()}),
+              (QStringList{"Find:", "&Find Next", "Cancel", "Replace with:", "&Replace", "Replace &All"}));
+}
 
 TEST_F(CncEdit, LoadTypePasteSaveKeepBytesAndDirtyState)
 {
