@@ -11,6 +11,7 @@
 #include "core/f1mill.h"
 #include "core/msgbox.h"
 #include "core/pending.h"
+#include "files/cncedit.h"
 #include "core/state.h"
 #include "guide/offset_wizard.h"
 #include "guide/billet.h"

@@ -18,6 +18,3 @@ void SetSetStep(int16_t intStep)
 void ReturnToSetMill(int16_t) { ShowMenu(QString()); }
 void ShowMethod() { SetMode(8); }   // the subsequent-part screen, as it stands
 
-// The editor's unload gives the main menu back with SetMode(1); with no editor, at once.
-void ShowCodeEditor() { SetMode(1); }
-void CodeEditorDeactivated() {}

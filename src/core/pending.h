@@ -14,7 +14,3 @@ void SetSetStep(int16_t intStep);
 // The ways back from a wizard's task on the manual screen (-1: the task has ended).
 void ReturnToSetMill(int16_t intStep);
 void ShowMethod();                                     // after a run: the subsequent-part screen
-
-// --- Code editor (replaced by the code editor part).
-void ShowCodeEditor();                                  // frmCNCEdit, modal
-void CodeEditorDeactivated();                           // unloads frmFind when the editor is loaded
