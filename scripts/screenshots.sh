@@ -80,6 +80,7 @@ for page in datum tools task; do
   sleep 2
   crop offset-$page.png
   kill $APP
+done
 # The open dialog with its side panel: the recent files and the header of the file under the cursor.
 printf '[General]\nSet=Yes\n' > "$TMP/files.conf"
 BRANTOK_STORE="$TMP/files.conf" "./$BUILD/showcase/ui_showcase" files "$BUILD/Brantok Allsorts/Sample Brantok files" >/dev/null 2>&1 &
@@ -100,5 +101,30 @@ done
 APP=$!
 sleep 9
 crop pulled-adapter.png
+kill $APP
+# The settings dialog's four pages, the password prompt after a wrong try, and the rate test
+# at the end of its run (the recommendation over it). Each cropped to its window.
+win() { xdotool search --onlyvisible --name "^$1\$" | head -1; }
+shotwin() {
+    eval "$(xdotool getwindowgeometry --shell "$(win "$1")")"
+    import -window root "$TMP/shot.png" &&
+        convert "$TMP/shot.png" -crop "$((WIDTH + ${3:-0}))x$((HEIGHT + ${4:-0}))+$X+$Y" +repage -strip "$OUT/$2"
+}
+for page in mill machining keyboard password; do
+    BRANTOK_STORE="$TMP/set.conf" "./$BUILD/showcase/settings_showcase" $page >/dev/null 2>&1 &
+    APP=$!
+    sleep 1.5
+    shotwin "Brantok Settings" settings-$page.png
+    kill $APP
+done
+BRANTOK_STORE="$TMP/set.conf" "./$BUILD/showcase/settings_showcase" pass >/dev/null 2>&1 &
+APP=$!
+sleep 1.5
+shotwin "Brantok - password" password-oops.png
+kill $APP
+BRANTOK_STORE="$TMP/rate.conf" "./$BUILD/showcase/settings_showcase" ratetest >/dev/null 2>&1 &
+APP=$!
+sleep 25
+shotwin "Rapid Rate Test" rate-test.png
 kill $APP
 ls -l "$OUT"

@@ -3,7 +3,7 @@
 
 #include "core/frm_about.h"
 #include "core/frm_main.h"
-#include "core/frm_settings.h"
+#include "options/frm_settings.h"
 #include "core/frm_splash.h"
 #include "core/hooks.h"
 #include "core/logger.h"

@@ -5,6 +5,3 @@
 #include "core/frm_main.h"
 #include "core/state.h"
 
-// The editor's unload gives the main menu back with SetMode(1); with no editor, at once.
-void ShowCodeEditor() { SetMode(1); }
-void CodeEditorDeactivated() {}

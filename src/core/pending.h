@@ -8,6 +8,3 @@
 
 #include <cstdint>
 
-// --- Code editor (replaced by the code editor part).
-void ShowCodeEditor();                                  // frmCNCEdit, modal
-void CodeEditorDeactivated();                           // unloads frmFind when the editor is loaded

@@ -1,5 +1,6 @@
 list(APPEND CORE_SOURCES
     src/core/vb.cpp
+    src/core/vb_rnd.cpp
     src/core/hooks.cpp
     src/core/logger.cpp
     src/core/msgbox.cpp
@@ -15,7 +16,6 @@ list(APPEND UI_SOURCES
     src/core/frm_about.cpp
     src/core/frm_main.cpp
     src/core/frm_main_modes.cpp
-    src/core/frm_settings.cpp
     src/core/frm_splash.cpp
     src/core/help_calc.cpp
     src/core/main_menu_panel.cpp

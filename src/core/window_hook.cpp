@@ -4,6 +4,7 @@
 #include "core/hooks.h"
 #include "core/logger.h"
 #include "core/pending.h"
+#include "files/cncedit.h"
 #include "core/state.h"
 
 #include <QGuiApplication>

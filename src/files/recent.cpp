@@ -25,8 +25,8 @@ namespace {
 
 constexpr int16_t kMRUMax = 4;
 
-// The editor's mirror, while the editor is loaded.
-bool gblnEditorLoaded = false;
+// The editor's mirror, attached while the editor is loaded.
+bool gblnMirrorAttached = false;
 QMenu *gmnuEditorFile = nullptr;
 QAction *gactEditorBefore = nullptr;
 void (*gpfnEditorClick)(int) = nullptr;
@@ -47,7 +47,7 @@ QString Tag(int i) { return MMru(i)->data().toString(); }
 // The editor's element i, or null when the mirror has none there.
 QAction *FMru(int i)
 {
-    if (!gblnEditorLoaded || i < 0 || i >= static_cast<int>(gmnuFMru.size()))
+    if (!gblnMirrorAttached || i < 0 || i >= static_cast<int>(gmnuFMru.size()))
         return nullptr;
     return gmnuFMru[static_cast<size_t>(i)].data();
 }
@@ -126,7 +126,7 @@ void MRUAddMenuElement(const QString &strFile) try {
         const int i = gintMRUCount - 1;
         if (gintMRUCount > 1)
             mnuMMru().push_back(NewMainElement(i));
-        if (gblnEditorLoaded && static_cast<int>(gmnuFMru.size()) < gintMRUCount)
+        if (gblnMirrorAttached && static_cast<int>(gmnuFMru.size()) < gintMRUCount)
             gmnuFMru.push_back(NewEditorElement(i));
         // The main menu shows its entries only on the main menu's screen (SetMode shows them
         // there): an entry that appeared while a wizard or the manual screen is up would let
@@ -196,7 +196,7 @@ void MRURemoveItem(const QString &strFile) try {
         MMru(0)->setText(QString());
         MMru(0)->setData(QString());
     }
-    if (gblnEditorLoaded && static_cast<int>(gmnuFMru.size()) > intLast) {
+    if (gblnMirrorAttached && static_cast<int>(gmnuFMru.size()) > intLast) {
         DropAction(gmnuFMru.back().data());
         gmnuFMru.pop_back();
     }
@@ -226,13 +226,13 @@ void MRUAttachEditorMenu(QMenu *mnuFile, QAction *actBefore, void (*pfnClick)(in
     gmnuEditorFile = mnuFile;
     gactEditorBefore = actBefore;
     gpfnEditorClick = pfnClick;
-    gblnEditorLoaded = mnuFile != nullptr;
+    gblnMirrorAttached = mnuFile != nullptr;
 } catch (...) {
     LogError("modMRU", "MRUAttachEditorMenu");
 }
 
 void MRUSetEditingMenu() try {
-    if (!gblnEditorLoaded)
+    if (!gblnMirrorAttached)
         return;
     for (int i = 1; i <= gintMRUCount; ++i) {
         if (static_cast<int>(gmnuFMru.size()) < i)
@@ -254,7 +254,7 @@ void MRUDetachEditorMenu()
     for (const QPointer<QAction> &a : gmnuFMru)
         DropAction(a.data());
     gmnuFMru.clear();
-    gblnEditorLoaded = false;
+    gblnMirrorAttached = false;
     gmnuEditorFile = nullptr;
     gactEditorBefore = nullptr;
     gpfnEditorClick = nullptr;

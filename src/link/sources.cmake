@@ -18,3 +18,11 @@ list(APPEND UI_SOURCES
     src/link/keyboard_panel.cpp
     src/link/keyboard_art.cpp
 )
+# The rate test: its arithmetic (Qt Core) and its window.
+list(APPEND CORE_SOURCES
+    src/link/rate_test.cpp
+)
+list(APPEND UI_SOURCES
+    src/link/frm_rate_test.h
+    src/link/frm_rate_test.cpp
+)

@@ -53,7 +53,7 @@ bool QtSerialLine::open()
     m_port.setStopBits(QSerialPort::OneStop);
     m_port.setFlowControl(QSerialPort::NoFlowControl);
     if (!m_port.open(QIODevice::ReadWrite)) {
-        m_error = m_port.errorString();
+        m_error = SerialOpenFailureText(m_device.path, m_port.errorString());
         m_port.clearError();
         return false;
     }

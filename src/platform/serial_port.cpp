@@ -2,6 +2,10 @@
 
 #include "platform/emulator_port.h"
 
+#include <cerrno>
+
+#include <unistd.h>
+
 namespace {
 
 SerialDeviceFactory &deviceFactory()
@@ -52,6 +56,16 @@ SerialDevice ResolveSerialDevice(int16_t intPort)
     }
     d.assumeDsr = qgetenv("BRANTOK_ASSUME_DSR").trimmed() == "1";
     return d;
+}
+
+QString SerialOpenFailureText(const QString &path, const QString &driverText)
+{
+    const QByteArray local = path.toLocal8Bit();
+    if (!local.isEmpty() && ::access(local.constData(), R_OK | W_OK) != 0 && errno == EACCES)
+        return QStringLiteral("Permission denied on ") + path +
+               QStringLiteral(". Your user may not use this serial port: add it to the 'dialout' group "
+                              "(sudo usermod -aG dialout $USER), then log out and back in.");
+    return driverText + QStringLiteral(" (") + path + QStringLiteral(")");
 }
 
 void SetSerialDeviceFactory(SerialDeviceFactory factory) { deviceFactory() = std::move(factory); }

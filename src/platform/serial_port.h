@@ -57,6 +57,11 @@ struct SerialDevice {
 };
 SerialDevice ResolveSerialDevice(int16_t intPort);
 
+// Why a device could not be opened, for the alarm after "Com Port n": a device the user has
+// no right to (EACCES) gets the Linux remedy, the "dialout" group; any other failure keeps
+// the driver's text and names the device.
+QString SerialOpenFailureText(const QString &path, const QString &driverText);
+
 // Makes the port for a device (not yet open). The program installs the QSerialPort one at
 // start (InstallSerialDevices); without it a device port fails to open.
 using SerialDeviceFactory = std::function<std::unique_ptr<SerialPort>(const SerialDevice &)>;

@@ -1,7 +1,7 @@
 // The main window's screens and modes: what each mode shows and lets the operator use.
 #include "core/artwork.h"
 #include "core/frm_about.h"
-#include "core/frm_settings.h"
+#include "options/frm_settings.h"
 #include "core/frm_splash.h"
 #include "core/msgbox.h"
 #include "core/window_hook.h"

@@ -1,6 +1,6 @@
 // The start and the stop: Main's order, the first run, the window's place, Shutdown once.
 #include "core/frm_about.h"
-#include "core/frm_settings.h"
+#include "options/frm_settings.h"
 #include "core/frm_splash.h"
 #include "core/store.h"
 #include "core/window_hook.h"
@@ -66,7 +66,7 @@ TEST_F(Start, FirstRunShowsTheWelcomeThenTheSettingsAndSavingEndsIt)
     EXPECT_TRUE(op.welcomeShown);
     EXPECT_EQ(op.welcomeAt, QPoint(240 / 15, 1280 / 15));
     EXPECT_EQ(Stored("Set", "No"), QStringLiteral("Yes"));
-    EXPECT_EQ(Stored("Online"), QStringLiteral("No"));
+    EXPECT_EQ(Stored("Online", "absent"), QStringLiteral("absent"));   // nothing changed: only "Set" is written
     EXPECT_FALSE(frmAboutLoaded());
     EXPECT_FALSE(frmSettingsLoaded());
     SetCommandLine(QString());
@@ -206,27 +206,6 @@ TEST_F(Start, AboutBoxShowsTheVersionAndUnloadsOnOk)
     EXPECT_TRUE(a->picFirst->isHidden());
     a->cmdOk_Click();
     EXPECT_FALSE(frmAboutLoaded());
-}
-
-TEST_F(Start, SettingsRefuseAZeroRapidSpeed)
-{
-    FrmSettings *s = frmSettings();
-    s->txtRapid->setText(QStringLiteral("0"));
-    EXPECT_FALSE(s->blnSaveSettings());
-    ASSERT_EQ(boxes->shown().size(), 1u);
-    EXPECT_EQ(Stored("Set", "No"), QStringLiteral("No"));
-    s->txtRapid->setText(QStringLiteral("600"));
-    s->chkOnline->setChecked(true);
-    s->optComms[2]->setChecked(true);
-    // Saving online sets the link up again: COM3 is the built-in controller emulator here.
-    qputenv("BRANTOK_COM3", "emulator");
-    EXPECT_TRUE(s->blnSaveSettings());
-    CloseComms();
-    qunsetenv("BRANTOK_COM3");
-    EXPECT_EQ(Stored("Comport"), QStringLiteral("COM3"));
-    EXPECT_EQ(Stored("Online"), QStringLiteral("Yes"));
-    EXPECT_EQ(Stored("RapidSpeed"), QStringLiteral("600"));
-    EXPECT_TRUE(gblnOnline);
 }
 
 } // namespace

@@ -1,0 +1,302 @@
+// The settings dialog on the real form: what it refuses, what it stores and in which case,
+// the password on its page and on saving, the pages, and the ports.
+#include "core/msgbox.h"
+#include "core/store.h"
+#include "core/ui_fixture.h"
+#include "link/comms.h"
+#include "link/link_screen.h"
+#include "options/frm_pass.h"
+#include "options/frm_settings.h"
+#include "options/password.h"
+#include "platform/serial_port.h"
+
+#include <unistd.h>
+
+#include "link/frm_rate_test.h"
+
+#include <QAccessible>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTimer>
+
+namespace {
+
+class Settings : public UiTest {};
+
+QString Stored(const char *name, const char *absent = "absent")
+{
+    return strRegistryValueGet(QString::fromLatin1(name), QString::fromLatin1(absent));
+}
+
+// The operator at the keyboard: `act` runs every few milliseconds while a modal form waits.
+struct Operator {
+    explicit Operator(std::function<void()> fn) : act(std::move(fn))
+    {
+        timer.setInterval(2);
+        QObject::connect(&timer, &QTimer::timeout, [this] { act(); });
+        timer.start();
+    }
+    std::function<void()> act;
+    QTimer timer;
+};
+
+// Answers frmPass with each text in turn; the word "Cancel" clicks Cancel.
+struct PasswordTyper : Operator {
+    explicit PasswordTyper(QStringList tries)
+        : Operator([this] {
+              if (!frmPassLoaded() || !frmPass()->isVisible() || !frmPass()->cmdOk->isEnabled() || answers.isEmpty())
+                  return;
+              const QString next = answers.takeFirst();
+              oopsBefore << frmPass()->lblOops->isVisible();
+              if (next == QLatin1String("Cancel")) {
+                  frmPass()->cmdCancel_Click();
+                  return;
+              }
+              frmPass()->txtPass->setText(next);
+              frmPass()->cmdOk_Click();
+          }),
+          answers(std::move(tries))
+    {
+    }
+    QStringList answers;
+    QList<bool> oopsBefore;   // lblOops as each try found it
+};
+
+void PumpUntil(const std::function<bool()> &done)
+{
+    QElapsedTimer t;
+    t.start();
+    while (!done() && t.elapsed() < 5000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+}
+
+TEST_F(Settings, ValidationTable)
+{
+    struct Case {
+        const char *rapid;
+        const char *playX;
+        int fault;              // 0: no fault; else the fault that ends in the trap
+        const char *stored;     // RapidSpeed afterwards; null: refused with the message
+        const char *storedPlay; // BacklashX afterwards
+    } cases[] = {
+        {"abc", "0", 0, nullptr, nullptr},     {"-5", "0", 0, nullptr, nullptr},
+        {"", "0", 0, nullptr, nullptr},        {"1e3", "0", 0, nullptr, nullptr},
+        {"99.4", "0", 0, nullptr, nullptr},    {"700.9", "0", 0, nullptr, nullptr},
+        {"99.6", "0", 0, "99", "0"},           // the range test rounds, the store takes the integer part
+        {"700", "0", 0, "700", "0"},           {"100", "abc", 0, "100", "0"},
+        {"450", "10", 0, "450", "10"},         {"99999", "0", 6, nullptr, nullptr},
+        {"450", "70000", 6, nullptr, nullptr},
+    };
+    for (const Case &c : cases) {
+        store->writeRaw("");
+        ResetSharedState();
+        ReadStartSettings();
+        boxes->clear();
+        FrmSettings *s = frmSettings();
+        s->txtRapid->setText(QString::fromLatin1(c.rapid));
+        s->txtPlay[0]->setText(QString::fromLatin1(c.playX));
+        if (c.fault) {
+            TrapRecorder trap;
+            EXPECT_THROW(s->blnSaveSettings(), TrapEnded) << c.rapid;
+            EXPECT_EQ(trap.report(), ExpectedTrap("frmSettings", "blnSaveSettings", c.fault, vb::faultDescription(c.fault)));
+        } else if (!c.stored) {
+            EXPECT_FALSE(s->blnSaveSettings()) << c.rapid;
+            ASSERT_EQ(boxes->shown().size(), 1u) << c.rapid;
+            EXPECT_EQ(boxes->last().text, QStringLiteral("Rapid Speed must be from 100 to 700 mm/min"));
+            EXPECT_EQ(boxes->last().flags, 48);
+            EXPECT_EQ(boxes->last().title, QStringLiteral("Brantok Settings"));
+            EXPECT_EQ(s->intTabCurrent, 2);
+            EXPECT_EQ(s->txtRapid->selectedText(), s->txtRapid->text());
+            EXPECT_TRUE(s->cmdOk->isEnabled());
+        } else {
+            EXPECT_TRUE(s->blnSaveSettings()) << c.rapid;
+            EXPECT_EQ(Stored("RapidSpeed"), QString::fromLatin1(c.stored)) << c.rapid;
+            EXPECT_EQ(Stored("BacklashX"), QString::fromLatin1(c.storedPlay)) << c.rapid;
+            EXPECT_EQ(Stored("Set"), QStringLiteral("Yes"));
+            continue;
+        }
+        // Refused: nothing at all reached the store or the settings.
+        EXPECT_EQ(store->readRaw().trimmed(), QByteArray()) << c.rapid;
+        EXPECT_EQ(gsngRapidSpeed, 500.0f);
+        Unload(s);
+    }
+}
+
+TEST_F(Settings, NoChangeStoresOnlySetAndAsksNoPassword)
+{
+    gstrPassword = strEncrypt(QStringLiteral("pw"));
+    EXPECT_TRUE(frmSettings()->blnSaveSettings());
+    EXPECT_FALSE(frmPassLoaded());
+    EXPECT_EQ(store->readRaw().trimmed(), QByteArray("[General]\nSet=Yes"));
+}
+
+TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
+{
+    FrmSettings *s = frmSettings();
+    s->show();
+    s->SelectTab(2);
+    s->SelectTab(4);
+    PumpUntil([] { return !frmSettings()->tmrPassword->isActive(); });
+    EXPECT_EQ(s->lblHelp[0]->text(),
+              QStringLiteral("You may use a password to prevent unauthorised changes to the Program Settings."));
+    // A confirmation that differs: the boxes empty, nothing set.
+    s->txtPass[0]->setText(QStringLiteral("Ab1"));
+    s->txtPass[1]->setText(QStringLiteral("ab1"));
+    s->cmdPswd_Click();
+    EXPECT_TRUE(s->lblOops->isVisible());
+    EXPECT_TRUE(s->txtPass[0]->text().isEmpty() && s->txtPass[1]->text().isEmpty());
+    EXPECT_EQ(gstrPassword, QStringLiteral("None"));
+    // The entry box refuses a seventh character, pasted or typed.
+    s->txtPass[0]->insert(QStringLiteral("Ab1xxxx"));
+    EXPECT_EQ(s->txtPass[0]->text(), QStringLiteral("Ab1xxx"));
+    s->txtPass[0]->setText(QStringLiteral("Ab1"));
+    s->txtPass[1]->setText(QStringLiteral("Ab1"));
+    s->cmdPswd_Click();
+    EXPECT_EQ(Stored("Password"), strEncrypt(QStringLiteral("Ab1")));
+    EXPECT_EQ(s->intTabCurrent, 2);   // back where the operator came from
+    // Set on this visit: the save that follows doesn't ask.
+    s->chkKeepFiles->setChecked(false);
+    EXPECT_TRUE(s->blnSaveSettings());
+    EXPECT_FALSE(frmPassLoaded());
+    EXPECT_EQ(Stored("KeepFiles"), QStringLiteral("No"));
+    Unload(s);
+
+    // A later visit: a wrong try shows "Oops! try again ...", the right one saves.
+    s = frmSettings();
+    s->chkWoodworker->setChecked(true);
+    {
+        PasswordTyper op({QStringLiteral("ab1"), QStringLiteral("Ab1")});
+        EXPECT_TRUE(s->blnSaveSettings());
+        EXPECT_EQ(op.oopsBefore, (QList<bool>{false, true}));
+    }
+    EXPECT_EQ(Stored("Woodworker"), QStringLiteral("Yes"));
+    EXPECT_FALSE(frmPassLoaded());
+    // A wrong try, then Cancel: nothing changes anywhere, and the buttons come back.
+    s->chkShowTime->setChecked(false);
+    {
+        PasswordTyper op({QStringLiteral("x"), QStringLiteral("Cancel")});
+        EXPECT_FALSE(s->blnSaveSettings());
+    }
+    EXPECT_TRUE(gblnShowTime);
+    EXPECT_EQ(Stored("ShowTime"), QStringLiteral("Yes"));
+    s->Form_Activate();
+    EXPECT_TRUE(s->cmdOk->isEnabled() && s->cmdCancel->isEnabled());
+    Unload(s);
+}
+
+TEST_F(Settings, ThePasswordPageAsksAndCancelGoesBackAndEmptyBoxesRemoveIt)
+{
+    gstrPassword = strEncrypt(QStringLiteral("k"));
+    FrmSettings *s = frmSettings();
+    s->show();
+    s->SelectTab(3);
+    {
+        PasswordTyper op({QStringLiteral("Cancel")});
+        s->SelectTab(4);
+        PumpUntil([s] { return s->intTabCurrent == 3 && !frmPassLoaded(); });
+    }
+    EXPECT_EQ(s->intTabCurrent, 3);
+    {
+        PasswordTyper op({QStringLiteral("k")});
+        s->SelectTab(4);
+        PumpUntil([s] { return !frmPassLoaded() && !s->tmrPassword->isActive(); });
+    }
+    EXPECT_EQ(s->intTabCurrent, 4);
+    EXPECT_EQ(s->lblHelp[0]->text(),
+              QStringLiteral("Enter a new password (or leave the boxes empty to remove password control)."));
+    // Both boxes empty: removal, asked first.
+    boxes->answer(vbCancel);
+    s->cmdPswd_Click();
+    EXPECT_EQ(gstrPassword, strEncrypt(QStringLiteral("k")));
+    s->cmdPswd_Click();   // the scripted box answers OK
+    EXPECT_EQ(boxes->last().text, QStringLiteral("This will remove password protection!"));
+    EXPECT_EQ(boxes->last().flags, 49);
+    EXPECT_EQ(Stored("Password"), QStringLiteral("None"));
+    EXPECT_EQ(s->intTabCurrent, 3);
+    // Ctrl+Tab turns the pages, and from the last to the first.
+    s->SelectTab(4);
+    s->Form_KeyDown(9, 2);
+    EXPECT_EQ(s->intTabCurrent, 1);
+    s->Form_KeyDown(9, 2);
+    EXPECT_EQ(s->intTabCurrent, 2);
+}
+
+TEST_F(Settings, PortsFromTheStoreGoingOnlineAndOffline)
+{
+    QStringList online;
+    linkHooks().setPanel = [&](const QString &k, const QString &t) {
+        if (k == QLatin1String("online"))
+            online << t;
+    };
+    RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM2"));
+    qputenv("BRANTOK_COM3", "emulator");
+    FrmSettings *s = frmSettings();
+    EXPECT_TRUE(s->optComms[1]->isChecked());
+    EXPECT_EQ(s->lblDevice[1]->text(), QStringLiteral("/dev/ttyS1"));
+    EXPECT_EQ(s->lblDevice[2]->text(), QStringLiteral("built-in emulator"));
+    EXPECT_EQ(s->optComms[0]->toolTip(), QStringLiteral("Indicate which Com Port your Lathe Controller is connected to."));
+    EXPECT_FALSE(s->cmdRateTest->isEnabled() && s->intTabCurrent == 2);
+    // Online on COM3 sets the link up; the rate test may then be used.
+    s->chkOnline->click();
+    EXPECT_TRUE(s->cmdRateTest->isEnabled());
+    s->optComms[2]->setChecked(true);
+    EXPECT_TRUE(s->blnSaveSettings());
+    ASSERT_TRUE(comSerial() && comSerial()->isOpen());
+    EXPECT_EQ((QStringList{Stored("Online"), Stored("Comport")}), (QStringList{"Yes", "COM3"}));
+    Unload(s);
+    // Offline closes the port and sets nothing up.
+    s = frmSettings();
+    SerialPort *port = comSerial();
+    s->chkOnline->click();
+    EXPECT_TRUE(s->blnSaveSettings());
+    EXPECT_EQ(comSerial(), port);
+    EXPECT_FALSE(port->isOpen());
+    EXPECT_EQ(online, (QStringList{"Working Online", "Working Offline"}));
+    qunsetenv("BRANTOK_COM3");
+    ResetComms();
+    Unload(s);
+    // A port that has no button ends in the trap when the dialog opens.
+    RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM7"));
+    TrapRecorder trap;
+    EXPECT_THROW(frmSettings(), TrapEnded);
+    EXPECT_EQ(trap.report(), ExpectedTrap("frmSettings", "Form_Load", 340, "Control array element '6' doesn't exist"));
+}
+
+TEST(SerialPorts, ADeviceWithoutPermissionNamesItAndTheDialoutGroup)
+{
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root may open any device";
+    QTemporaryDir dir;
+    const QString dev = dir.path() + QStringLiteral("/ttyUSB9");
+    QFile f(dev);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.close();
+    f.setPermissions(QFileDevice::Permissions());
+    const QString text = SerialOpenFailureText(dev, QStringLiteral("Permission error"));
+    EXPECT_TRUE(text.startsWith(QStringLiteral("Permission denied on ") + dev)) << text.toStdString();
+    EXPECT_TRUE(text.contains(QStringLiteral("'dialout' group")));
+    EXPECT_EQ(SerialOpenFailureText(QStringLiteral("/dev/ttyS9"), QStringLiteral("No such file or directory")),
+              QStringLiteral("No such file or directory (/dev/ttyS9)"));
+}
+
+TEST_F(Settings, EveryControlHasTheNameItsOperatorReads)
+{
+    // Through the accessibility interface: a label, button or box named by its own text or its
+    // label's; a value label by its value. Labels whose value comes later may be empty.
+    for (QWidget *form : std::initializer_list<QWidget *>{frmSettings(), frmPass(), frmRateTest()}) {
+        for (QWidget *w : form->findChildren<QWidget *>()) {
+            auto *label = qobject_cast<QLabel *>(w);
+            if (w->objectName().isEmpty() || w->objectName().startsWith(QLatin1String("qt_")) ||
+                (label && label->text().isEmpty() && label->pixmap().isNull()))
+                continue;
+            QAccessibleInterface *a = QAccessible::queryAccessibleInterface(w);
+            ASSERT_NE(a, nullptr);
+            EXPECT_FALSE(a->text(QAccessible::Name).isEmpty()) << w->objectName().toStdString();
+        }
+    }
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(frmSettings()->txtRapid)->text(QAccessible::Name),
+              QStringLiteral("Rapid Traverse speed (mm/min)"));
+}
+
+} // namespace
