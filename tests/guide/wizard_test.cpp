@@ -247,7 +247,7 @@ TEST(WizardFlow, NewPartKeepsTheOriginsAndBackFromTheLastStepMakesTheRunFreshAga
     ASSERT_EQ(gintSetStep, 2);
     EXPECT_TRUE(w.f->picSetMill->cmdExplain->isHidden());   // retained: no billet button
     w.nav(3);
-    w.task();
+    w.task({}, 0, true);   // left by Esc, yet done: the first task after an entry, as designed
     EXPECT_EQ(w.title(), QStringLiteral("Step 4: Insert the Cutting Tool"));
     EXPECT_TRUE(w.f->picSetMill->rtbWarn->isHidden());
     w.nav(3);
