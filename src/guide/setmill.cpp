@@ -258,6 +258,9 @@ void SetSetStep(int32_t n) try {
     SetSetNavBtns();
     if (intStep == 1 && blnUnknown)
         p->cmdSetNav[3]->setEnabled(false);
+    // The keys belong to the wizard now: Enter and Esc must not reach a control of a panel
+    // hidden meanwhile (a main-menu entry would act on Enter).
+    p->setFocus();
     // 11. The task that the page before announced, going forward only.
     const QString strTask = strSetTask(intStep, !blnRetained);
     if (blnForward && !strTask.isEmpty()) {
@@ -320,7 +323,9 @@ void cmdSetNav_Click(int16_t intIndex) try {
     case 3:
         if (gintSetStep == 0) {
             SetSetStep(8);
-            FileSelected(strGetFile(QStringLiteral("Select file to be milled")));
+            const QString strFile = strGetFile(QStringLiteral("Select file to be milled"));
+            f->activateWindow();   // the keys come back to the wizard with the dialog gone
+            FileSelected(strFile);
         } else if (gintSetStep == 1) {
             SetSetStep(9);
         } else if (gintSetStep == 10) {
@@ -411,6 +416,7 @@ void ReturnToSetMill(int16_t intStep) try {
         p->show();
         k->hide();
         p->SetDefaultButton(3);
+        p->setFocus();
     } else {
         // 5.
         gintSetStep = intStep;
