@@ -98,6 +98,7 @@ TEST(WizardFlow, ACancelledDialogComesBackToStepOneAndAFaultyFileIsCorrectedAndR
     w.setUp();
     SetMode(1);
     w.f->MenuAction(QStringLiteral("Mill"));
+    EXPECT_EQ(w.f->focusWidget(), w.f->picSetMill);   // not the hidden menu's entry
     QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QCoreApplication::sendEvent(w.f->picSetMill, &enter);   // Enter presses Next; the dialog answers Cancel
     EXPECT_EQ(w.dialogTitles.size(), 1);
