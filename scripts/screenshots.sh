@@ -55,7 +55,7 @@ kill $APP
 # The set-up wizard walked offline with a sample part (a window 1120 pixels wide, so that
 # the file header stands beside the wizard), and the subsequent-part choice.
 cropw() { import -window root "$TMP/shot.png" && convert "$TMP/shot.png" -crop 1120x600+66+66 +repage -strip "$OUT/$1"; }
-for scene in step1 tools task step8 method; do
+for scene in step1 tools billet task step8 method; do
     "./$BUILD/showcase/wizard_showcase" $scene >/dev/null 2>&1 &
     APP=$!
     sleep 6

@@ -90,6 +90,8 @@ int main(int argc, char **argv)
     std::vector<std::function<void()>> steps = {[f] { f->MenuAction(QStringLiteral("Mill")); }};
     if (scene != QLatin1String("step1"))
         steps.push_back(next);                                   // the file: step 2, the tools
+    if (scene == QLatin1String("billet"))
+        steps.push_back(next);                                   // analysed: the billet page
     if (scene == QLatin1String("task") || scene == QLatin1String("warn") || scene == QLatin1String("step8"))
         steps.insert(steps.end(), {next, next, done, next});     // billet, tool, the top's task
     if (scene == QLatin1String("warn"))

@@ -227,6 +227,7 @@ void SetSetStep(int32_t n) try {
     default:
         break;
     }
+    ShowSetMillPreview(intStep >= 2 && intStep <= 7);
     const bool blnRetained = !blnFresh();
     const QString strTitle = strSetStepTitle(intStep, !blnRetained);
     const QString strPage = strSetStepPage(intStep, !blnRetained, gblnSetStepBack, blnUnknown);

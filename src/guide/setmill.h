@@ -42,3 +42,10 @@ void cmdExplain_Click();
 
 // Back to the state before any wizard (tests).
 void ResetSetMill();
+
+// Our button to the toolpath preview, in the file header's corner: shown (blnAnalysed) on the
+// steps after the analysis while the analysed file exists.
+class QPushButton;
+QPushButton *cmdSetPreview();
+void ShowSetMillPreview(bool blnAnalysed);
+void cmdSetPreview_Click();

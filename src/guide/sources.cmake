@@ -18,4 +18,5 @@ list(APPEND UI_SOURCES
     src/guide/setmill_pages.cpp
     src/guide/setmill_panel.h
     src/guide/setmill_panel.cpp
+    src/guide/setmill_preview.cpp
 )

@@ -247,6 +247,7 @@ TEST(WizardFlow, NewPartKeepsTheOriginsAndBackFromTheLastStepMakesTheRunFreshAga
     w.nav(3);
     ASSERT_EQ(gintSetStep, 2);
     EXPECT_TRUE(w.f->picSetMill->cmdExplain->isHidden());   // retained: no billet button
+    EXPECT_TRUE(cmdSetPreview()->isVisibleTo(w.f->picHeader));   // analysed: our preview button
     w.nav(3);
     w.task({}, 0, true);   // left by Esc, yet done: the first task after an entry, as designed
     EXPECT_EQ(w.title(), QStringLiteral("Step 4: Insert the Cutting Tool"));
