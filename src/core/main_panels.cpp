@@ -1,6 +1,7 @@
 // The panels of the main window other than the main menu. Each carries the controls the
 // main window itself sets up; the parts that own the screens fill in the rest.
 #include "core/main_panels.h"
+#include "core/widget_names.h"
 
 #include "core/artwork.h"
 
@@ -22,23 +23,9 @@ void card(QFrame *f, const char *name, const QString &accessible, int w, int h)
     f->hide();
 }
 
-template <class W>
-W *named(W *w, const char *name, const QString &accessible)
-{
-    w->setObjectName(QString::fromLatin1(name));
-    w->setAccessibleName(accessible);
-    return w;
-}
+using ui::named;
+using ui::described;
 
-// A control with a text of its own is read by that text; the description gives its place.
-template <class W>
-W *described(W *w, const char *name, const QString &description = QString())
-{
-    w->setObjectName(QString::fromLatin1(name));
-    if (!description.isEmpty())
-        w->setAccessibleDescription(description);
-    return w;
-}
 
 QTextEdit *readOnlyText(QWidget *parent, const char *name, const QString &accessible)
 {

@@ -1,6 +1,7 @@
 // The offset wizard's panel: its controls and their places. What the controls do is in
 // offset_wizard.cpp.
 #include "guide/offset_panel.h"
+#include "core/widget_names.h"
 
 #include "tools/toolgrid.h"
 
@@ -16,12 +17,7 @@ constexpr int kWidth = 600;    // px
 constexpr int kHeight = 470;   // px
 constexpr int kFrameHeight = 400;
 
-template <class W>
-W *named(W *w, const char *name)
-{
-    w->setObjectName(QString::fromLatin1(name));
-    return w;
-}
+using ui::named;
 
 QLabel *stepTitle(QWidget *parent, const char *name)
 {

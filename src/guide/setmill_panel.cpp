@@ -1,5 +1,6 @@
 // The set-up wizard's panel: its controls and their places. See setmill_panel.h.
 #include "guide/setmill_panel.h"
+#include "core/widget_names.h"
 
 #include "core/artwork.h"
 #include "guide/setmill.h"
@@ -13,14 +14,7 @@
 
 namespace {
 
-template <class W>
-W *named(W *w, const char *name, const QString &accessible)
-{
-    w->setObjectName(QString::fromLatin1(name));
-    if (!accessible.isEmpty())
-        w->setAccessibleName(accessible);
-    return w;
-}
+using ui::named;
 
 QLabel *title(QWidget *parent, const char *name, int x, int y, int w)
 {

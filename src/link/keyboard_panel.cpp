@@ -1,5 +1,6 @@
 // The manual screen: its controls, ShowKeyboard, Done, and the way back after the loop.
 #include "link/keyboard_panel.h"
+#include "core/widget_names.h"
 
 #include "core/artwork.h"
 #include "core/frm_main.h"
@@ -23,23 +24,9 @@ namespace {
 
 QPointer<PicKeyboard> g_panel;   // the panel whose hooks are installed
 
-template <class W>
-W *named(W *w, const char *name, const QString &accessible)
-{
-    w->setObjectName(QString::fromLatin1(name));
-    w->setAccessibleName(accessible);
-    return w;
-}
+using ui::named;
+using ui::described;
 
-// A control with a text of its own is read by that text (or value); the description gives its place.
-template <class W>
-W *described(W *w, const char *name, const QString &description = QString())
-{
-    w->setObjectName(QString::fromLatin1(name));
-    if (!description.isEmpty())
-        w->setAccessibleDescription(description);
-    return w;
-}
 
 QLabel *text(QWidget *parent, const char *name, const QString &caption, const QRect &r, int px = 0, bool bold = false)
 {
