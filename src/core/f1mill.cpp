@@ -8,7 +8,6 @@
 #include "core/hooks.h"
 #include "core/logger.h"
 #include "core/msgbox.h"
-#include "core/pending.h"
 #include "core/state.h"
 #include "core/store.h"
 #include "core/window_hook.h"

@@ -8,7 +8,6 @@
 #include "core/artwork.h"
 #include "core/f1mill.h"
 #include "core/logger.h"
-#include "core/pending.h"
 #include "core/state.h"
 #include "core/store.h"
 #include "core/vb.h"

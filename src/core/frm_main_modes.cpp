@@ -10,7 +10,6 @@
 #include "core/logger.h"
 #include "core/f1mill.h"
 #include "core/msgbox.h"
-#include "core/pending.h"
 #include "files/cncedit.h"
 #include "guide/setmill.h"
 #include "core/state.h"

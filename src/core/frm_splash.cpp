@@ -8,7 +8,6 @@
 #include "core/frm_main.h"
 #include "core/logger.h"
 #include "core/state.h"
-#include "core/pending.h"
 #include "platform/keystate.h"
 
 #include <QGuiApplication>

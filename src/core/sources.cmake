@@ -20,6 +20,5 @@ list(APPEND UI_SOURCES
     src/core/help_calc.cpp
     src/core/main_menu_panel.cpp
     src/core/main_panels.cpp
-    src/core/pending.cpp
     src/core/window_hook.cpp
 )

@@ -3,7 +3,6 @@
 #include "core/frm_splash.h"
 #include "core/hooks.h"
 #include "core/logger.h"
-#include "core/pending.h"
 #include "files/cncedit.h"
 #include "core/state.h"
 
