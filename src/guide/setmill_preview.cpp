@@ -10,11 +10,13 @@
 #include "preview/preview_window.h"
 
 #include <QFile>
+#include <QPointer>
 #include <QPushButton>
 #include <QTextEdit>
 
 namespace {
-QPushButton *g_cmdSetPreview = nullptr;   // child of frmMain's picHeader, made on first use
+// A child of frmMain's picHeader, made on first use; gone with the main window when it unloads.
+QPointer<QPushButton> g_cmdSetPreview;
 }
 
 QPushButton *cmdSetPreview()
