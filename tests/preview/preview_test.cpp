@@ -57,8 +57,7 @@ TEST_F(PreviewTest, ExtentMovesAndTheEnvelopeOfCompiledPrograms)
         ASSERT_TRUE(path.error.isEmpty()) << path.error.toStdString();
         ReadBilletFromHeader(path, gstrAnalysedFile);
         EXPECT_FLOAT_EQ(path.billetDepth, 10);
-        ASSERT_EQ(path.tools.size(), 1u);
-        EXPECT_EQ(path.tools[0].type, QStringLiteral("type 1"));
+        EXPECT_EQ(path.tools.at(0).type, QStringLiteral("type 1"));
         const double want[6] = {c.x0, c.y0, c.z0, c.x1, c.y1, c.z1};
         for (int a = 0; a < 3; ++a) {
             EXPECT_EQ(path.extent.min[a], std::lround(want[a] * 72)) << "axis " << a;
