@@ -187,6 +187,31 @@ TEST(KeyControl, RapidThatChangesAxisRampsDownFirst)
     EXPECT_GT(glngPosY, 0);              // and then Y takes off from rest
 }
 
+// The position shown follows the machine's count less the play: after a reversal with a
+// backlash of five, the display stands still for five steps.
+TEST(KeyControl, BacklashFiveLeavesTheDisplayStillForFiveStepsAfterAReversal)
+{
+    Jog j(5);
+    // After the reset the play lies to the positive side: moving left counts at once.
+    j.at.emplace(10, [&] { j.hold({VK_LEFT, VK_NUMPAD1}); });
+    j.at.emplace(400, [&] { j.keys.ReleaseAll(); });
+    int32_t posAtTurn = 0, shownAtTurn = 0;
+    j.at.emplace(600, [&] {
+        posAtTurn = glngPosX;
+        shownAtTurn = glngDisplayX;
+        j.hold({VK_RIGHT, VK_NUMPAD1});
+    });
+    j.at.emplace(1000, [&] { j.keys.ReleaseAll(); });
+    j.run(1300);
+    j.expectSound();
+    EXPECT_LT(posAtTurn, 0);
+    EXPECT_EQ(shownAtTurn, posAtTurn);
+    const int32_t right = glngPosX - posAtTurn;
+    ASSERT_GT(right, 5);
+    EXPECT_EQ(glngDisplayX - shownAtTurn, right - 5);
+    EXPECT_EQ(gKeyboard.lblPos[0], strDistanceLabel(glngDisplayX));
+}
+
 TEST(KeyControl, PlayModelTable)
 {
     struct Row { int16_t backlash, play, lastDir, dir, steps; int32_t pos; int16_t playAfter, lastAfter; };
