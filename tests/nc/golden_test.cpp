@@ -13,8 +13,6 @@
 #include "tools/tooltable.h"
 
 #include <QDir>
-#include <QProcess>
-#include <QFile>
 
 namespace {
 
@@ -83,32 +81,21 @@ TEST(Golden, CommandLineDumpAndCompile)
     WriteFile(nc, ReadFileBytes(src + QStringLiteral("/program.brx")));
     const QString ncx = work.path() + QStringLiteral("/program.ncx");
 
-    {
-        NcToolRun first = RunBrantokNc({QStringLiteral("compile"), nc}, store);
-        EXPECT_EQ(first.exitCode, 0);
-        // Then the machining time of the analysed file (a second or two for this little program).
-        const QString time = QStringLiteral("\nMachining time: 0:00:0");
-        EXPECT_TRUE(first.out.startsWith(QStringLiteral("The CNC file is being analysed because there is no previously "
-                                                        "analysed version of this NC file.\nAnalysed file: ") + ncx + time))
-            << first.out.toStdString();
-        NcToolRun second = RunBrantokNc({QStringLiteral("compile"), nc}, store);
-        EXPECT_EQ(second.exitCode, 0);
-        EXPECT_TRUE(second.out.startsWith(QStringLiteral("The analysed file is up to date.\nAnalysed file: ") + ncx + time))
-            << second.out.toStdString();
-    }
+    // The reason, the file, then the machining time (a second or two for this little program).
+    const NcToolRun first = RunBrantokNc({QStringLiteral("compile"), nc}, store);
+    EXPECT_EQ(first.exitCode, 0);
+    EXPECT_TRUE(first.out.startsWith(QStringLiteral("The CNC file is being analysed because there is no previously "
+                                                    "analysed version of this NC file.\nAnalysed file: ") +
+                                     ncx + QStringLiteral("\nMachining time: 0:00:0")))
+        << first.out.toStdString();
     const NcToolRun dump = RunBrantokNc({QStringLiteral("dump"), ncx}, store);
     EXPECT_EQ(dump.exitCode, 0);
     EXPECT_EQ(dump.out, QString::fromUtf8(ReadFileBytes(src + QStringLiteral("/expected.dump"))));
-    EXPECT_EQ(RunBrantokNc({QStringLiteral("dump")}, store).exitCode, 64);
     EXPECT_EQ(RunBrantokNc({QStringLiteral("dump"), work.path() + QStringLiteral("/missing.ncx")}, store).exitCode, 1);
 
-    {
-        // An unknown offset is never compiled into the steps.
-        QByteArray s = ReadFileBytes(store);
-        s.replace("|0.500", "|-2000.000");
-        WriteFile(store, s);
-        NcToolRun unknown = RunBrantokNc({QStringLiteral("compile"), nc}, store);
-        EXPECT_EQ(unknown.exitCode, 1);
-        EXPECT_TRUE(unknown.out.contains(QStringLiteral("Tool 2 has no measured offset"))) << unknown.out.toStdString();
-    }
+    // An unknown offset is never compiled into the steps.
+    WriteFile(store, ReadFileBytes(store).replace("|0.500", "|-2000.000"));
+    const NcToolRun unknown = RunBrantokNc({QStringLiteral("compile"), nc}, store);
+    EXPECT_EQ(unknown.exitCode, 1);
+    EXPECT_TRUE(unknown.out.contains(QStringLiteral("Tool 2 has no measured offset"))) << unknown.out.toStdString();
 }

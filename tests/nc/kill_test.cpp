@@ -75,55 +75,46 @@ protected:
 
 } // namespace
 
-TEST_F(KillTest, TheSettingsStoreIsOldOrNew)
+// The settings store (40 values, one of them rewritten) and a corrected NC file of 8000
+// lines, each written alternately with two contents: after every kill, one or the other.
+TEST_F(KillTest, TheSettingsStoreAndACorrectedNcFileAreOldOrNew)
 {
     TempStore store;
     for (int i = 0; i < 40; ++i)
         RegistryValuePut(QStringLiteral("Tool%1").arg(i), QStringLiteral("End mill, 6 mm, offset %1").arg(i));
     const QString values[2] = {QString(70, u'a'), QString(70, u'b')};
-    const auto put = [&values](int n) { RegistryValuePut(QStringLiteral("Comment"), values[n % 2]); };
-    QByteArray whole[2];
-    for (int n = 0; n < 2; ++n) {
-        put(n);
-        whole[n] = ReadFileBytes(store.path());
-    }
-    int seen[2] = {0, 0};
-    ASSERT_TRUE(KillWhileWriting(m_rng, SpanFor(put), put, [&] {
-        const QByteArray now = ReadFileBytes(store.path());
-        ASSERT_TRUE(now == whole[0] || now == whole[1]) << "a mixture of " << now.size() << " bytes";
-        ++seen[now == whole[1]];
-    }));
-    // Read back through the store itself after the last kill.
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Tool39"), QString()), QStringLiteral("End mill, 6 mm, offset 39"));
-    std::cout << "store: " << kKillsEach << " kills, left old " << seen[0] << ", new " << seen[1] << "\n";
-}
-
-TEST_F(KillTest, ACorrectedNcFileIsOldOrNew)
-{
-    const QString path = m_dir.filePath(QStringLiteral("part.brx"));
+    const QString nc = m_dir.filePath(QStringLiteral("part.brx"));
     QString texts[2];
     for (int n = 0; n < 2; ++n) {
         texts[n] = QStringLiteral("%\r\n* Billet length 50\r\n");
         for (int line = 1; line <= 8000; ++line)
             texts[n] += QStringLiteral("N%1 G1 X%2 Y1 F100\r\n").arg(line * 10).arg(n + line % 7);
     }
-    const auto save = [&](int n) {
-        QString error;
-        if (!blnTextFileSave(path, texts[n % 2], error))
-            throw std::runtime_error("save failed");
+    const std::pair<QString, std::function<void(int)>> writers[] = {
+        {store.path(), [&values](int n) { RegistryValuePut(QStringLiteral("Comment"), values[n % 2]); }},
+        {nc, [&](int n) {
+             QString error;
+             if (!blnTextFileSave(nc, texts[n % 2], error))
+                 throw std::runtime_error("save failed");
+         }},
     };
-    QByteArray whole[2];
-    for (int n = 0; n < 2; ++n) {
-        save(n);
-        whole[n] = ReadFileBytes(path);
+    for (const auto &[path, write] : writers) {
+        QByteArray whole[2];
+        for (int n = 0; n < 2; ++n) {
+            write(n);
+            whole[n] = ReadFileBytes(path);
+        }
+        int seen[2] = {0, 0};
+        ASSERT_TRUE(KillWhileWriting(m_rng, SpanFor(write), write, [&] {
+            const QByteArray now = ReadFileBytes(path);
+            ASSERT_TRUE(now == whole[0] || now == whole[1]) << "a mixture of " << now.size() << " bytes";
+            ++seen[now == whole[1]];
+        }));
+        std::cout << path.toStdString() << ": " << kKillsEach << " kills, left old " << seen[0] << ", new "
+                  << seen[1] << "\n";
     }
-    int seen[2] = {0, 0};
-    ASSERT_TRUE(KillWhileWriting(m_rng, SpanFor(save), save, [&] {
-        const QByteArray now = ReadFileBytes(path);
-        ASSERT_TRUE(now == whole[0] || now == whole[1]) << "a mixture of " << now.size() << " bytes";
-        ++seen[now == whole[1]];
-    }));
-    std::cout << "NC file: " << kKillsEach << " kills, left old " << seen[0] << ", new " << seen[1] << "\n";
+    // Read back through the store itself after the last kill.
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Tool39"), QString()), QStringLiteral("End mill, 6 mm, offset 39"));
 }
 
 TEST_F(KillTest, AHalfWrittenAnalysedFileIsNeverTrusted)

@@ -12,9 +12,6 @@
 
 #include "nc/reader.h"
 
-#include <QFile>
-#include <QList>
-
 #include <cmath>
 
 void ResetCompilerState()
@@ -84,19 +81,6 @@ void ReadProgram(const QString &strFile)
 {
     gfnCompFileReason = &strCompFileReason;
     ReadCommands(strFile);
-}
-
-void WriteFile(const QString &path, const QByteArray &bytes)
-{
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    f.write(bytes);
-}
-
-QByteArray ReadFileBytes(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 void ExpectValidRecords(const AnalysedFileView &v)

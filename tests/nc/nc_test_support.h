@@ -60,6 +60,3 @@ void ExpectValidRecords(const AnalysedFileView &v);
 // position drifts). Needs the command table of the compilation.
 void ExpectMachinePositions(const AnalysedFileView &v, double tieBand = 0.02);
 
-// Writes text to a file (bytes as given).
-void WriteFile(const QString &path, const QByteArray &bytes);
-QByteArray ReadFileBytes(const QString &path);

