@@ -5,6 +5,7 @@
 // Figures: the time from a reply's arrival (the port's receive event) to the next frame
 // having been written, median / 99th percentile / worst, and how often the emulator ran dry
 // (a frame ran out with no frame waiting) before the end of the move.
+#include "emulator_bench.h"
 #include "core/hooks.h"
 #include "core/logger.h"
 #include "core/state.h"
@@ -51,53 +52,6 @@ QByteArray RapidFrame()
     for (int i = 0; i < 16; ++i)
         f.append(char(4 | 32)).append(char(timer & 0xFF)).append(char(timer >> 8));
     return f;
-}
-
-long long StatusValue(QProcess &p, const char *key)
-{
-    p.write("status\n");
-    p.waitForBytesWritten(1000);
-    QByteArray line;
-    while (!line.endsWith('\n') && p.waitForReadyRead(2000))
-        line += p.readLine();
-    const QList<QByteArray> words = line.trimmed().split(' ');
-    for (int i = 0; i + 1 < words.size(); ++i)
-        if (words[i] == key)
-            return words[i + 1].toLongLong();
-    return -1;
-}
-
-// Starts the emulator program on a pseudo-terminal and points COM1 and the store (in `dir`)
-// at it. False, with the benchmark skipped, when the program did not start.
-bool StartEmulator(QProcess &emu, const QTemporaryDir &dir, benchmark::State &state)
-{
-    emu.setProgram(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-emulator"));
-    emu.start();
-    if (!emu.waitForStarted(5000) || !emu.waitForReadyRead(5000)) {
-        state.SkipWithError("brantok-emulator did not start");
-        return false;
-    }
-    const QByteArray path = emu.readLine().trimmed();
-    qputenv("BRANTOK_STORE", (dir.path() + QStringLiteral("/Brantok.conf")).toLocal8Bit());
-    qputenv("BRANTOK_COM1", path);
-    qputenv("BRANTOK_ASSUME_DSR", "1");
-    return true;
-}
-
-// Brings the link up online on COM1 through the real serial port code. An alarm goes
-// offline. False, with the benchmark skipped, when the link did not come up.
-bool LinkUp(benchmark::State &state)
-{
-    InstallSerialDevices();
-    linkHooks().showSkull = [] { frmSkull.chkOffline = true; frmSkull_cmdOk_Click(); };
-    RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM1"));
-    gblnOnline = true;
-    SetupComms();
-    if (!gblnOnline || !comSerial()) {
-        state.SkipWithError("the link did not come up");
-        return false;
-    }
-    return true;
 }
 
 // Reads the emulator program's step count, dry runs (less the one at the end of the move)

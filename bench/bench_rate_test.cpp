@@ -6,6 +6,7 @@
 // Seven minutes in all: not for every build.
 //
 //     build/bench/bench_rate_test --benchmark_counters_tabular=true
+#include "emulator_bench.h"
 #include "core/hooks.h"
 #include "core/state.h"
 #include "core/store.h"
@@ -22,20 +23,6 @@
 
 namespace {
 
-long long StatusValue(QProcess &p, const char *key)
-{
-    p.write("status\n");
-    p.waitForBytesWritten(1000);
-    QByteArray line;
-    while (!line.endsWith('\n') && p.waitForReadyRead(2000))
-        line += p.readLine();
-    const QList<QByteArray> words = line.trimmed().split(' ');
-    for (int i = 0; i + 1 < words.size(); ++i)
-        if (words[i] == key)
-            return words[i + 1].toLongLong();
-    return -1;
-}
-
 void BM_RateTestPreset(benchmark::State &state)
 {
     const int index = static_cast<int>(state.range(0));
@@ -46,24 +33,8 @@ void BM_RateTestPreset(benchmark::State &state)
     for (auto _ : state) {
         QProcess emu;
         QTemporaryDir dir;
-        emu.setProgram(QStringLiteral(BRANTOK_BINARY_DIR "/brantok-emulator"));
-        emu.start();
-        if (!emu.waitForStarted(5000) || !emu.waitForReadyRead(5000)) {
-            state.SkipWithError("brantok-emulator did not start");
+        if (!StartEmulator(emu, dir, state) || !LinkUp(state))
             return;
-        }
-        qputenv("BRANTOK_STORE", (dir.path() + QStringLiteral("/Brantok.conf")).toLocal8Bit());
-        qputenv("BRANTOK_COM1", emu.readLine().trimmed());
-        qputenv("BRANTOK_ASSUME_DSR", "1");
-        InstallSerialDevices();
-        linkHooks().showSkull = [] { frmSkull.chkOffline = true; frmSkull_cmdOk_Click(); };
-        RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM1"));
-        gblnOnline = true;
-        SetupComms();
-        if (!gblnOnline || !comSerial()) {
-            state.SkipWithError("the link did not come up");
-            return;
-        }
         FrmRateTest *form = frmRateTest();
         form->intPreset = static_cast<int16_t>(index);
         form->RateTest(intPresetRate(index));
