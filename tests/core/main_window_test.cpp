@@ -172,7 +172,7 @@ TEST_F(MainWindow, ManualScreenOffersSpindleStartOnlyWithTheDoorShut)
     EXPECT_TRUE(f->mnuMStart->isEnabled());
 }
 
-TEST_F(MainWindow, MainMenuModeClearsThePartFlagsAndTheStatusBar)
+TEST_F(MainWindow, MainMenuClearsThePartFlagsTheStatusBarAndHiddenTools)
 {
     gblnNewPart = gblnRepeatPart = true;
     f->stbPanel(QStringLiteral("status"))->setText(QStringLiteral("Machining"));
@@ -187,6 +187,13 @@ TEST_F(MainWindow, MainMenuModeClearsThePartFlagsAndTheStatusBar)
     EXPECT_FALSE(f->stbIsSimple());
     EXPECT_TRUE(f->picMenu->isEnabled());
     EXPECT_EQ(colours(), "BBBBBB");
+    // ShowMenu also shows every tool again; the caption with a file: the accessibility walk.
+    addTool(1);
+    addTool(2);
+    gtypTools(2).blnHide = true;
+    ShowMenu(QString());
+    EXPECT_FALSE(gtypTools(2).blnHide);
+    EXPECT_EQ(f->windowTitle(), QStringLiteral("Brantok for the Emco F1 Mill"));
 }
 
 TEST_F(MainWindow, MachiningModeShowsTheHeaderAndAnEmptyProgram)
@@ -296,16 +303,6 @@ TEST_F(MainWindow, MenuEntriesAreRedUnderTheMouseOrWithTheFocus)
     EXPECT_FALSE(CaretShown());
     f->txtMenu_LostFocus(1);
     EXPECT_EQ(colours(), "BBBBBB");
-}
-
-TEST_F(MainWindow, ShowMenuSetsTheCaptionAndShowsEveryTool)
-{
-    addTool(1);
-    addTool(2);
-    gtypTools(2).blnHide = true;
-    ShowMenu(QString());   // the caption with a file: the accessibility walk below
-    EXPECT_FALSE(gtypTools(2).blnHide);
-    EXPECT_EQ(f->windowTitle(), QStringLiteral("Brantok for the Emco F1 Mill"));
 }
 
 TEST_F(MainWindow, BusyBookTurnsAndStops)
