@@ -16,7 +16,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QTextBlock>
 
 #include <csignal>
@@ -100,7 +99,6 @@ TEST_F(CncEdit, LoadTypePasteSaveKeepBytesAndDirtyState)
     EXPECT_TRUE(dirty());
 
     // New drops the change without a word.
-    boxes->clear();
     e->mnuFNew_Click();
     EXPECT_TRUE(boxes->shown().empty());
     EXPECT_TRUE(e->rtbCNCEdit->toPlainText().isEmpty());

@@ -1,11 +1,9 @@
 // The correction window driven as the operator drives it: the reader finds a fault, frmEdit
 // shows the file with the line in red, the operator edits and presses OK (or Cancel).
-#include "core/state.h"
+#include "core/ui_fixture.h"
 #include "files/frmedit.h"
 #include "nc/commands.h"
 #include "nc/reader.h"
-#include "support/test_support.h"
-#include "tools/tooltable.h"
 
 #include <QApplication>
 #include <QDir>
@@ -16,23 +14,16 @@
 #include <QPushButton>
 #include <QTextBlock>
 
-#include <gtest/gtest.h>
-
 #include <functional>
 
 namespace {
 
-class FrmEditTest : public ::testing::Test {
+class FrmEditTest : public UiTest {
 protected:
     void SetUp() override
     {
-        ResetSharedState();
-        gsngRapidSpeed = 500.0f;
-        gtypTools.Erase();
-        ToolData t;
-        t.intNumber = 1;
-        gtypTools.Append(t);
-        gintToolCount = 1;
+        UiTest::SetUp();   // the rapid speed at its default, boxes scripted
+        addTool(1);
         InstallFrmEditHook();
         // A window that no step of the test answers would wait forever: cancel it and fail.
         m_watchdog.setInterval(5000);
@@ -47,7 +38,7 @@ protected:
     void TearDown() override
     {
         m_watchdog.stop();
-        ResetUiHooks();
+        UiTest::TearDown();
         ResetSharedState();
     }
 
@@ -147,7 +138,6 @@ TEST_F(FrmEditTest, CancelOrEscLeavesTheFileUntouched)
 
 TEST_F(FrmEditTest, ASaveThatFailsKeepsTheWindowAndTheText)
 {
-    ScriptedBoxes boxes;
     const QString file = Write(kFaulty);
     bool stillShown = false;
     WhenShown([&](FrmEdit *form) {
@@ -161,8 +151,8 @@ TEST_F(FrmEditTest, ASaveThatFailsKeepsTheWindowAndTheText)
     ReadLoop(file);
     EXPECT_TRUE(stillShown);
     EXPECT_EQ(gintReadResult, 1);
-    ASSERT_EQ(boxes.shown().size(), 1u);
-    EXPECT_TRUE(boxes.last().text.startsWith(QStringLiteral("Cannot save file ") + file + QStringLiteral("\r\n")));
+    ASSERT_EQ(boxes->shown().size(), 1u);
+    EXPECT_TRUE(boxes->last().text.startsWith(QStringLiteral("Cannot save file ") + file + QStringLiteral("\r\n")));
 }
 
 TEST_F(FrmEditTest, OkWithoutChangesKeepsEveryByteButMakesLineEndsCrLf)

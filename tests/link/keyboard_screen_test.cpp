@@ -45,13 +45,9 @@ TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
     f->MenuAction(QStringLiteral("Keyboard"));
     PicKeyboard *k = f->picKeyboard;
     EXPECT_EQ(gintMode, 2);
-    EXPECT_FALSE(k->isHidden());
     EXPECT_TRUE(k->fraTask->isHidden());   // free control: no task
     EXPECT_TRUE(frmSplash()->tmrKeyControl->isActive());
     EXPECT_EQ(k->lblPos[0]->text(), QStringLiteral("1.00"));
-    EXPECT_EQ(k->lblPos[1]->text(), QStringLiteral("0.00"));
-    EXPECT_FALSE(k->picStartText->isHidden());
-    EXPECT_TRUE(f->mnuMStart->isEnabled());
     EXPECT_FALSE(f->mnuMStop->isEnabled());
 
     bool lit = false, spindleShown = false;
@@ -94,7 +90,6 @@ TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
     EXPECT_EQ(speed, QStringLiteral("70"));
     EXPECT_GT(glngPosX, 72);
     EXPECT_EQ(k->lblPos[0]->text(), strDistanceLabel(glngDisplayX));
-    EXPECT_TRUE(k->imgArrows[0]->isHidden());
     // The spindle stops with the loop; free control ends on the wizard's step 10, which
     // tells the operator to turn the spindle switch to 0.
     EXPECT_FALSE(gblnSpindleOn);
