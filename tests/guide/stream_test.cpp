@@ -30,11 +30,12 @@ struct Positions {
 };
 
 // A clean run offline from the origin: the steps the program sends. Offline the door counts
-// as closed, and every prompt comes.
+// as closed, and every prompt comes; with ShowTime off no time is shown.
 Positions OfflineReference(StreamWorld &w)
 {
     gblnOnline = false;
     gblnDoorOpen = true;
+    gblnShowTime = false;
     EmptySpindle();
     glngPosX = glngPosY = glngPosZ = 0;
     // The play as a reset leaves it, the same as the online run will start with.
@@ -45,6 +46,7 @@ Positions OfflineReference(StreamWorld &w)
     w.run();
     EXPECT_EQ(w.promptTags, (QStringList{"1", "0", "5"}));
     EXPECT_TRUE(w.seen.empty());
+    EXPECT_EQ(w.panelHistory.count(QStringLiteral("timer")), 0u);
     Positions p{glngPosX, glngPosY, glngPosZ};
     glngPosX = glngPosY = glngPosZ = 0;
     w.promptTags.clear();
