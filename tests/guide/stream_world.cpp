@@ -1,6 +1,7 @@
 #include "guide/stream_world.h"
 
 #include "core/filenum.h"
+#include "core/frm_main.h"
 #include "guide/frm_mill.h"
 #include "link/stream.h"
 #include "nc/analysed.h"
@@ -13,6 +14,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QKeyEvent>
 #include <QPushButton>
 
 #include <gtest/gtest.h>
@@ -44,6 +46,17 @@ StreamWorld::StreamWorld()
         maxOut = std::max<int>(maxOut, gintBuffersOut);
         if (onPump)
             onPump();
+        if (!watchDoor || !emu)
+            return;
+        const ControllerEmulator &c = emu->controller();
+        if (c.doorOpen() && m_stepsAtOpen < 0) {
+            ++doorOpenings;
+            m_stepsAtOpen = c.stepRecords();
+        } else if (!c.doorOpen()) {
+            m_stepsAtOpen = -1;
+        }
+        if (m_stepsAtOpen >= 0)
+            stepsWhileDoorOpen = std::max(stepsWhileDoorOpen, c.stepRecords() - m_stepsAtOpen);
     });
     uiHooks().messageBox = [this](const QString &text, int32_t flags, const QString &title) -> int16_t {
         BoxSeen b{text, flags, title, emu ? static_cast<int64_t>(emu->written().size()) : 0};
@@ -133,6 +146,28 @@ bool StreamWorld::compile(const QByteArray &text)
     if (!gblnAnalysedValid)
         EvaluateCommands();
     return QFile::exists(gstrAnalysedFile);
+}
+
+void EmptySpindle()
+{
+    gintCurrentTool = 0;
+    gintNextTool = 0;
+    gblnToolInserted = false;
+    gblnToolInMachine = false;
+}
+
+void StreamWorld::startOnline(int16_t backlash)
+{
+    setUp(backlash);
+    ASSERT_TRUE(compile(kTwoToolProgram));
+    goOnline();
+    ASSERT_NE(emu, nullptr);
+    EmptySpindle();
+}
+
+void StreamWorld::postEsc()
+{
+    QCoreApplication::postEvent(frmMain(), new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
 }
 
 void StreamWorld::run()

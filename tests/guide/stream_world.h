@@ -34,6 +34,11 @@ struct StreamWorld : LinkWorld {
     int maxOut = 0;
     // Called on every turn of the message loop after the clock has moved.
     std::function<void()> onPump;
+    // The emulator's door, when watched (the emulator must then outlive the run): how often
+    // it opened, and the most steps it made while open.
+    bool watchDoor = false;
+    int doorOpenings = 0;
+    int64_t stepsWhileDoorOpen = 0;
 
     StreamWorld();
     ~StreamWorld();
@@ -42,16 +47,24 @@ struct StreamWorld : LinkWorld {
     void setUp(int16_t backlash = 0, float rapid = 500.0f);
     // Writes and compiles an NC program; true when an analysed file was made.
     bool compile(const QByteArray &text);
+    // setUp, kTwoToolProgram compiled, online, the first tool going into an empty spindle.
+    void startOnline(int16_t backlash = 0);
     // StartMilling, then SendToMill as tmrStartMilling would.
     void run();
+    // The operator hits Esc on the main window (posted: it arrives on the next pump).
+    static void postEsc();
     // The frames the controller was sent, as record counts (spindle frames included).
     std::vector<int> frameSizes() const;
 
 private:
     QTimer m_watch;
     int m_lastShown = -1;
+    int64_t m_stepsAtOpen = -1;
     void watchPrompt();
 };
+
+// The first tool goes into an empty spindle.
+void EmptySpindle();
 
 // Unloads every form, newest first, and lets Qt delete them.
 void UnloadForms();

@@ -107,11 +107,8 @@ TEST_P(WizardRoad, MenuToTwoPartsAndAFreshStart)
     w.goOnline();
     ASSERT_NE(w.emu, nullptr);
     const ControllerEmulator &c = w.emu->controller();
-    w.chosenFile = w.writeFile(QStringLiteral("part.brx"), *GetParam());
-    SetMode(1);
-
     // Main menu -> Mill a part -> Next -> the file.
-    w.f->MenuAction(QStringLiteral("Mill"));
+    w.toMill(*GetParam());
     ASSERT_EQ(gintMode, 3);
     EXPECT_EQ(w.title(), QStringLiteral("Step 1: Choose an NC file"));
     w.nav(3);

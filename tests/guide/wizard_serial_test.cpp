@@ -54,9 +54,7 @@ TEST(WizardSerial, AShortRoadThroughAPseudoTerminal)
         w.setUp();
         w.goOnline();
         ASSERT_TRUE(w.skullTexts.isEmpty()) << w.skullTexts.join(u'|').toStdString();
-        w.chosenFile = w.writeFile(QStringLiteral("short.brx"), kShort);
-        SetMode(1);
-        w.f->MenuAction(QStringLiteral("Mill"));
+        w.toMill(kShort);
         w.nav(3);   // the file
         w.nav(3);   // the offsets, the analysis
         for (int step = 3; step <= 7; ++step) {

@@ -50,9 +50,17 @@ QString WizardWorld::writeFile(const QString &name, const QByteArray &text)
     return path;
 }
 
+void WizardWorld::toMill(const QByteArray &program)
+{
+    if (!program.isEmpty())
+        chosenFile = writeFile(QStringLiteral("part.brx"), program);
+    SetMode(1);
+    f->MenuAction(QStringLiteral("Mill"));
+}
+
 void WizardWorld::nav(int i) { f->picSetMill->cmdSetNav[static_cast<size_t>(i)]->click(); }
 
-void WizardWorld::task(std::initializer_list<int> held, int ms, bool esc)
+void WizardWorld::task(std::initializer_list<int> held, int ms, bool esc, const std::function<bool(int n)> &each)
 {
     frmSplash()->tmrKeyControl->stop();
     const std::vector<int> down(held);
@@ -64,7 +72,8 @@ void WizardWorld::task(std::initializer_list<int> held, int ms, bool esc)
                 keys.Press(vk);
         if (n == 5 + ms)
             keys.ReleaseAll();
-        if (n > 5 + ms && gintBuffersOut == 0 && gblnKeyLoop) {
+        const bool over = each ? each(n) : n > 5 + ms;
+        if (over && gintBuffersOut == 0 && gblnKeyLoop) {
             if (esc)
                 f->Form_KeyDown(27, 0);
             else

@@ -22,11 +22,16 @@ struct WizardWorld : StreamWorld {
 
     // Writes an NC file into the world's folder and returns its path.
     QString writeFile(const QString &name, const QByteArray &text);
+    // From the main menu into Mill a part, the file dialog to answer with `program` written
+    // to part.brx (Cancel when empty).
+    void toMill(const QByteArray &program = {});
     // Clicks navigation button i (0 Get Offsets .. 4 Start).
     void nav(int i);
     // Runs the task now on the manual screen: holds `keys` down for `ms` of fake time at
     // 90 mm/min, then, once the machine stands, clicks Done (or presses Esc when `esc`).
-    void task(std::initializer_list<int> held = {}, int ms = 0, bool esc = false);
+    // `each(n)`, when given, runs on the task's pump n and decides when it may end.
+    void task(std::initializer_list<int> held = {}, int ms = 0, bool esc = false,
+              const std::function<bool(int n)> &each = {});
     // The run started by Start: tmrStartMilling's tick, as the timer would give it.
     void runStarted();
     QString title() const;   // the step's title as shown
