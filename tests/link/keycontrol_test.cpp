@@ -1,6 +1,6 @@
 // The manual key loop against the controller emulator on a fake clock, with fake keys:
 // what moves for which keys, the rapid's ramp, the single step, the play on the display,
-// the door, the two-frame limit, and what the controller really did.
+// the door, Esc, the spindle, the two-frame limit, and what the controller really did.
 #include "link/link_world.h"
 
 #include "core/msgbox.h"
@@ -10,15 +10,13 @@
 #include "platform/eventkeystate.h"
 #include "platform/keystate.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QWidget>
-#include <QApplication>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
-#include <vector>
 
 namespace {
 
@@ -32,14 +30,13 @@ struct Jog {
     int maxOut = 0;
     int loopEnds = 0;
 
-    explicit Jog(int16_t backlashX = 0, bool online = true)
+    explicit Jog(int16_t backlashX = 0)
     {
         gintBacklashX = backlashX;
         gsngRapidSpeed = 500.0f;
         ResetStepState();
         ResetKeyControl();
-        if (online)
-            w.goOnline();
+        w.goOnline();
         keyboardHooks().loopEnded = [this] { ++loopEnds; };
     }
     ~Jog() { ResetKeyControl(); }
@@ -67,6 +64,15 @@ struct Jog {
         KeyControl();
         w.clock.removeListener(id);
     }
+    // `f` runs when the PC hears the door open.
+    void onDoorOpen(std::function<void()> f)
+    {
+        linkHooks().setPanel = [panel = linkHooks().setPanel, f](const QString &k, const QString &t) {
+            panel(k, t);
+            if (t == QLatin1String("Door Open"))
+                f();
+        };
+    }
     ControllerEmulator &emu() { return w.emu->controller(); }
     // Every run: never more than two frames out, none lost, and the controller made
     // exactly the steps the position counts.
@@ -85,130 +91,113 @@ struct Jog {
 
 int Sign(int64_t v) { return v > 0 ? 1 : (v < 0 ? -1 : 0); }
 
-struct KeyCase {
-    const char *name;
-    std::vector<int> keys;
-    bool blnRapidUseDot;
-    int dirX, dirY, dirZ;   // the way each axis went (0: it didn't move)
-    int exactSteps;         // steps on the moving axis when exact (-1: any number)
-    const char *speedLabel; // the speed shown while held ("" hidden)
-};
+} // namespace
 
-const KeyCase kKeyCases[] = {
-    {"RightAndLeftMoveRight", {VK_RIGHT, VK_LEFT, VK_NUMPAD5}, false, 1, 0, 0, -1, "50"},
-    {"UpWinsOverDown", {VK_UP, VK_DOWN, VK_NUMPAD3}, false, 0, 1, 0, -1, "30"},
-    {"PageUpWinsOverPageDown", {VK_PRIOR, VK_NEXT, VK_NUMPAD9}, false, 0, 0, 1, -1, "90"},
-    {"DiagonalAtASpeed", {VK_LEFT, VK_DOWN, VK_NUMPAD2}, false, -1, -1, 0, -1, "20"},
-    {"RapidWithRightAndUpMovesXOnly", {VK_NUMPAD0, VK_RIGHT, VK_UP}, false, 1, 0, 0, -1, "500"},
-    {"Numpad0WithFiveIsRapidOnly", {VK_NUMPAD0, VK_NUMPAD5, VK_LEFT}, false, -1, 0, 0, -1, "500"},
-    {"SpeedKeyAloneMovesNothing", {VK_NUMPAD5}, false, 0, 0, 0, 0, ""},
-    {"ArrowAloneIsOneSingleStep", {VK_LEFT}, false, -1, 0, 0, 1, ""},
-    {"Numpad0WithoutTheDotIsNeitherRapidNorSpeed", {VK_NUMPAD0, VK_RIGHT}, true, 1, 0, 0, 1, ""},
-    {"Numpad0AndTheDotAreRapid", {VK_NUMPAD0, VK_DECIMAL, VK_RIGHT}, true, 1, 0, 0, -1, "500"},
-};
-
-class Keys : public ::testing::TestWithParam<KeyCase> {};
-
-TEST_P(Keys, MoveWhatTheTablesSay)
+// Held for 0.6 s, then let go: which axes went which way, the lamps and the speed shown.
+TEST(KeyControl, KeysMoveWhatTheTablesSay)
 {
-    const KeyCase &c = GetParam();
-    Jog j;
-    gblnRapidUseDot = c.blnRapidUseDot;
-    std::array<bool, 6> lamps{};
-    QString label;
-    j.at.emplace(10, [&] {
-        for (int vk : c.keys)
-            j.keys.Press(vk);
-    });
-    j.at.emplace(600, [&] {
-        lamps = gKeyboard.imgArrows;
-        label = std::find(gKeyboard.lblSpeedVisible.begin(), gKeyboard.lblSpeedVisible.end(), true) !=
-                        gKeyboard.lblSpeedVisible.end() ? gKeyboard.lblSpeed : QString();
-        j.keys.ReleaseAll();
-    });
-    j.run(1200);
-    j.expectSound();
-    EXPECT_EQ(Sign(glngPosX), c.dirX);
-    EXPECT_EQ(Sign(glngPosY), c.dirY);
-    EXPECT_EQ(Sign(glngPosZ), c.dirZ);
-    if (c.exactSteps >= 0) {
-        EXPECT_EQ(std::abs(glngPosX) + std::abs(glngPosY) + std::abs(glngPosZ), c.exactSteps);
-    }
-    // The lamps of the directions that moved were on; the speed was shown beside them.
-    const int dirs[3] = {c.dirX, c.dirY, c.dirZ};
-    for (int axis = 0; axis < 3; ++axis) {
-        EXPECT_EQ(lamps[static_cast<size_t>(axis * 2)], dirs[axis] > 0) << "axis " << axis;
-        EXPECT_EQ(lamps[static_cast<size_t>(axis * 2 + 1)], dirs[axis] < 0) << "axis " << axis;
-    }
-    EXPECT_EQ(label, QString::fromLatin1(c.speedLabel));
-    // Let go: lamps and labels off, the position written.
-    EXPECT_EQ(gKeyboard.imgArrows, (std::array<bool, 6>{}));
-    EXPECT_EQ(gKeyboard.lblPos[0], strDistanceLabel(glngDisplayX));
-    EXPECT_EQ(gKeyboard.lblPos[1], strDistanceLabel(glngDisplayY));
-    if (c.exactSteps == 0) {
-        EXPECT_EQ(j.emu().framesReceived(), 0);
+    struct Case {
+        const char *name;
+        std::vector<int> keys;
+        bool rapidUseDot;
+        int dir[3];              // the way each axis went (0: it didn't move)
+        int exactSteps;          // steps in all when exact (-1: any number)
+        const char *speedLabel;  // the speed shown while held ("" hidden)
+    } cases[] = {
+        {"Right and Left move right", {VK_RIGHT, VK_LEFT, VK_NUMPAD5}, false, {1, 0, 0}, -1, "50"},
+        {"Up wins over Down", {VK_UP, VK_DOWN, VK_NUMPAD3}, false, {0, 1, 0}, -1, "30"},
+        {"Page Up wins over Page Down", {VK_PRIOR, VK_NEXT, VK_NUMPAD9}, false, {0, 0, 1}, -1, "90"},
+        {"diagonal at a speed", {VK_LEFT, VK_DOWN, VK_NUMPAD2}, false, {-1, -1, 0}, -1, "20"},
+        {"rapid with Right and Up moves X only", {VK_NUMPAD0, VK_RIGHT, VK_UP}, false, {1, 0, 0}, -1, "500"},
+        {"Numpad 0 with 5 is rapid only", {VK_NUMPAD0, VK_NUMPAD5, VK_LEFT}, false, {-1, 0, 0}, -1, "500"},
+        {"a speed key alone moves nothing", {VK_NUMPAD5}, false, {0, 0, 0}, 0, ""},
+        {"an arrow alone is one single step", {VK_LEFT}, false, {-1, 0, 0}, 1, ""},
+        {"Numpad 0 without the dot is neither rapid nor speed", {VK_NUMPAD0, VK_RIGHT}, true, {1, 0, 0}, 1, ""},
+        {"Numpad 0 and the dot are rapid", {VK_NUMPAD0, VK_DECIMAL, VK_RIGHT}, true, {1, 0, 0}, -1, "500"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        Jog j;
+        gblnRapidUseDot = c.rapidUseDot;
+        std::array<bool, 6> lamps{};
+        QString label;
+        j.at.emplace(10, [&] {
+            for (int vk : c.keys)
+                j.keys.Press(vk);
+        });
+        j.at.emplace(600, [&] {
+            lamps = gKeyboard.imgArrows;
+            if (std::count(gKeyboard.lblSpeedVisible.begin(), gKeyboard.lblSpeedVisible.end(), true))
+                label = gKeyboard.lblSpeed;
+            j.keys.ReleaseAll();
+        });
+        j.run(1200);
+        j.expectSound();
+        const int32_t pos[3] = {glngPosX, glngPosY, glngPosZ};
+        const int32_t shown[3] = {glngDisplayX, glngDisplayY, glngDisplayZ};
+        for (size_t axis = 0; axis < 3; ++axis) {
+            EXPECT_EQ(Sign(pos[axis]), c.dir[axis]) << "axis " << axis;
+            // The lamps of the directions that moved were on; the speed was shown beside them.
+            EXPECT_EQ(lamps[axis * 2], c.dir[axis] > 0) << "axis " << axis;
+            EXPECT_EQ(lamps[axis * 2 + 1], c.dir[axis] < 0) << "axis " << axis;
+            EXPECT_EQ(gKeyboard.lblPos[axis], strDistanceLabel(shown[axis])) << "axis " << axis;
+        }
+        if (c.exactSteps >= 0) {
+            EXPECT_EQ(std::abs(pos[0]) + std::abs(pos[1]) + std::abs(pos[2]), c.exactSteps);
+        }
+        EXPECT_EQ(label, QString::fromLatin1(c.speedLabel));
+        EXPECT_EQ(gKeyboard.imgArrows, (std::array<bool, 6>{}));   // let go: the lamps off
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(KeyControl, Keys, ::testing::ValuesIn(kKeyCases),
-                         [](const auto &info) { return std::string(info.param.name); });
-
-TEST(KeyControl, ReleasingRapidWhileHoldingTheArrowRampsDownThenOneSingleStep)
+// A rapid let go or turned to another axis first ramps down to rest: 500 / 64 off each step,
+// the 64th reaches rest. The arrow still held then makes one single step, alone in its frame;
+// the new axis takes off from rest.
+TEST(KeyControl, ARapidLetGoOrTurnedRampsDownToRestFirst)
 {
-    Jog j;
-    j.hold({VK_NUMPAD0, VK_RIGHT});
-    int32_t atRelease = 0;
-    j.at.emplace(1500, [&] {
-        EXPECT_EQ(gsngRampSpeed, 500.0f);   // at speed
-        atRelease = glngPosX;
-        j.keys.Release(VK_NUMPAD0);
-    });
-    j.run(3500);   // the arrow stays held to the end
-    j.expectSound();
-    // 63 steps of the ramp down (500 / 64 off each, the 64th reaches rest), then one step
-    // alone in its frame.
-    EXPECT_EQ(glngPosX - atRelease, 64);
-    EXPECT_EQ(static_cast<uint8_t>(j.w.emu->written().right(4)[0]), 4);
+    for (bool turn : {false, true}) {
+        SCOPED_TRACE(turn ? "turned to Y" : "Numpad 0 let go");
+        Jog j;
+        j.hold({VK_NUMPAD0, VK_RIGHT});
+        int32_t atChange = 0;
+        j.at.emplace(1500, [&] {
+            EXPECT_EQ(gsngRampSpeed, 500.0f);   // at speed
+            atChange = glngPosX;
+            j.keys.Release(turn ? VK_RIGHT : VK_NUMPAD0);
+            if (turn)
+                j.keys.Press(VK_UP);
+        });
+        j.run(3500);
+        j.expectSound();
+        EXPECT_EQ(glngPosX - atChange, turn ? 63 : 64);
+        if (turn) {
+            EXPECT_GT(glngPosY, 0);
+        } else {
+            EXPECT_EQ(static_cast<uint8_t>(j.w.emu->written().right(4)[0]), 4);
+        }
+    }
 }
 
-TEST(KeyControl, RapidThatChangesAxisRampsDownFirst)
-{
-    Jog j;
-    j.hold({VK_NUMPAD0, VK_RIGHT});
-    int32_t xAtTurn = 0;
-    j.at.emplace(1200, [&] {
-        xAtTurn = glngPosX;
-        j.keys.Release(VK_RIGHT);
-        j.keys.Press(VK_UP);
-    });
-    j.run(2500);
-    j.expectSound();
-    EXPECT_EQ(glngPosX - xAtTurn, 63);   // X ramps down to rest
-    EXPECT_GT(glngPosY, 0);              // and then Y takes off from rest
-}
-
-// The position shown follows the machine's count less the play: after a reversal with a
-// backlash of five, the display stands still for five steps.
-TEST(KeyControl, BacklashFiveLeavesTheDisplayStillForFiveStepsAfterAReversal)
+// The position shown is the machine's count less the play. After the reset the play lies to
+// the positive side: moving left counts at once; back to the right, the display stands still
+// for the five steps of a backlash of five.
+TEST(KeyControl, TheDisplayLeavesOutThePlayAfterAReversal)
 {
     Jog j(5);
-    // After the reset the play lies to the positive side: moving left counts at once.
-    j.at.emplace(10, [&] { j.hold({VK_LEFT, VK_NUMPAD1}); });
-    j.at.emplace(400, [&] { j.keys.ReleaseAll(); });
-    int32_t posAtTurn = 0, shownAtTurn = 0;
-    j.at.emplace(600, [&] {
+    j.hold({VK_LEFT, VK_NUMPAD1});
+    int32_t posAtTurn = 0;
+    j.at.emplace(400, [&] {
         posAtTurn = glngPosX;
-        shownAtTurn = glngDisplayX;
+        EXPECT_EQ(glngDisplayX, glngPosX);
+        j.keys.ReleaseAll();
         j.hold({VK_RIGHT, VK_NUMPAD1});
     });
-    j.at.emplace(1000, [&] { j.keys.ReleaseAll(); });
-    j.run(1300);
+    j.at.emplace(800, [&] { j.keys.ReleaseAll(); });
+    j.run(1100);
     j.expectSound();
     EXPECT_LT(posAtTurn, 0);
-    EXPECT_EQ(shownAtTurn, posAtTurn);
-    const int32_t right = glngPosX - posAtTurn;
-    ASSERT_GT(right, 5);
-    EXPECT_EQ(glngDisplayX - shownAtTurn, right - 5);
+    ASSERT_GT(glngPosX - posAtTurn, 5);
+    EXPECT_EQ(glngDisplayX, glngPosX - 5);
     EXPECT_EQ(gKeyboard.lblPos[0], strDistanceLabel(glngDisplayX));
 }
 
@@ -231,40 +220,33 @@ TEST(KeyControl, PlayModelTable)
     }
 }
 
+// The door opens with the spindle running as the operator takes hold of a key: nothing is
+// sent until the message is answered with the door closed; then the keys move again.
 TEST(KeyControl, DoorOpenKeepsTheKeysDeadUntilTheMessageIsAcknowledgedAndTheDoorClosed)
 {
     Jog j;
     SpindleStart();
     ASSERT_TRUE(gblnSpindleOn);
     const int64_t framesBefore = j.emu().framesReceived();
-    // The operator holds Right at a speed the moment the door opens.
-    auto panel = linkHooks().setPanel;
-    linkHooks().setPanel = [&, panel](const QString &k, const QString &t) {
-        panel(k, t);
-        if (t == QLatin1String("Door Open"))
-            j.hold({VK_RIGHT, VK_NUMPAD5});
-    };
+    j.onDoorOpen([&] { j.hold({VK_RIGHT, VK_NUMPAD5}); });
     std::vector<ShownBox> boxes;
     int64_t framesAtBox = -1;
     uiHooks().messageBox = [&](const QString &text, int32_t flags, const QString &title) -> int16_t {
         boxes.push_back({text, flags, title});
         framesAtBox = j.emu().framesReceived();
         EXPECT_EQ(glngPosX, 0);
-        // The operator closes the door before answering.
-        j.emu().closeDoor();
+        j.emu().closeDoor();   // the operator closes the door before answering
         j.w.run(5);
         EXPECT_FALSE(gblnDoorOpen);
         return vbOK;
     };
     j.at.emplace(50, [&] { j.emu().openDoor(); });
     j.run(800);
-    // The spindle stop went out before the jog; the box came with nothing else sent.
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_EQ(boxes[0].text, QStringLiteral("The spindle has been stopped because the door was opened"));
     EXPECT_EQ(boxes[0].title, QStringLiteral("Door Status"));
     EXPECT_EQ(framesAtBox, framesBefore);
     EXPECT_FALSE(gblnSpindleOn);
-    // Acknowledged with the door closed: the keys move again.
     EXPECT_GT(glngPosX, 1);
     j.expectSound();
 }
@@ -278,8 +260,7 @@ TEST(KeyControl, NoMotionFrameOnceTheDoorOpensAndTheCountIsWhatTheMachineMade)
         const char *name;
         std::vector<int> keys;
         bool door;   // else Esc
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"door during a held jog", {VK_RIGHT, VK_NUMPAD9}, true},
         {"door during a rapid's ramp", {VK_NUMPAD0, VK_RIGHT}, true},
         {"Esc during a jog", {VK_RIGHT, VK_NUMPAD9}, false},
@@ -291,12 +272,10 @@ TEST(KeyControl, NoMotionFrameOnceTheDoorOpensAndTheCountIsWhatTheMachineMade)
         for (int vk : k.keys)
             j.keys.Press(vk);
         qsizetype writtenAtOpen = -1, writtenAtClose = -1;
-        auto panel = linkHooks().setPanel;
-        linkHooks().setPanel = [&, panel](const QString &key, const QString &t) {
-            panel(key, t);
-            if (t == QLatin1String("Door Open") && writtenAtOpen < 0)
+        j.onDoorOpen([&] {
+            if (writtenAtOpen < 0)
                 writtenAtOpen = j.w.emu->written().size();
-        };
+        });
         j.at.emplace(300, [&] {
             if (k.keys[0] == VK_NUMPAD0) {
                 EXPECT_LT(gsngRampSpeed, gsngRapidSpeed);   // still ramping up
@@ -348,36 +327,6 @@ TEST(KeyControl, SpindleRequestsAreServedWithTheLineQuiet)
     EXPECT_FALSE(gblnSpindleStartReq || gblnSpindleStopReq);
 }
 
-TEST(KeyControl, OfflineCountsTheStepsThatWereNotSent)
-{
-    Jog j(0, false);
-    j.hold({VK_UP, VK_NUMPAD4});
-    j.at.emplace(300, [&] { j.keys.ReleaseAll(); });
-    j.run(400);
-    // 40 mm/min for 0.3 s is 14.4 steps: the rehearsal counts at the machine's pace.
-    EXPECT_GE(glngPosY, 10);
-    EXPECT_LE(glngPosY, 25);
-    EXPECT_EQ(gintBuffersOut, 0);
-    EXPECT_EQ(j.loopEnds, 1);
-}
-
-TEST(KeyControl, ResetButtonsZeroTheShownPositionOnly)
-{
-    ResetKeyControl();
-    glngPosX = 144;
-    DistanceSet(0, 144);
-    DistanceSet(1, -36);
-    EXPECT_EQ(gKeyboard.lblPos[1], QStringLiteral("-0.50"));
-    DistanceReset(1);
-    EXPECT_EQ(gKeyboard.lblPos[1], QStringLiteral("0.00"));
-    EXPECT_EQ(glngDisplayX, 144);
-    DistanceReset(3);
-    EXPECT_EQ(glngDisplayX, 0);
-    EXPECT_EQ(glngPosX, 144);   // the machine position is not the display
-    glngPosX = 0;
-    ResetKeyControl();
-}
-
 // The program's own key state: a key held while the program loses the focus is released at
 // the other window, which the program never hears. The deactivation clears it.
 TEST(KeyControl, AKeyReleasedWhileTheWindowIsInactiveStopsTheMotion)
@@ -410,5 +359,3 @@ TEST(KeyControl, AKeyReleasedWhileTheWindowIsInactiveStopsTheMotion)
     EXPECT_EQ(glngPosX, settled);
     EXPECT_FALSE(gKeyboard.imgArrows[0]);
 }
-
-} // namespace

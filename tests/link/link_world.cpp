@@ -16,3 +16,13 @@ QByteArray StepFrame(int records, int axisBits, double mmPerMin)
     }
     return f;
 }
+
+bool StreamFrames(int frames)
+{
+    for (int i = 0; i < frames; ++i) {
+        if (gintBuffersOut >= 2 && !blnGetReplies(false))
+            return false;
+        SendFrame(StepFrame(16));
+    }
+    return blnGetReplies(true);
+}

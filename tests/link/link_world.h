@@ -20,50 +20,42 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <utility>
 
 // Thrown by the test's Shutdown; passes the error trap untouched like the trap's own ending.
 struct ShutdownCalled : TrapEnded {};
 
-// A port whose received bytes the test gives, and which records what was written.
+// A port whose received bytes the test gives (in one piece, as the controller sends them),
+// and which records what was written. The reset answer "G" follows RTS going high.
 class ScriptPort : public SerialPort {
 public:
     bool openOk = true;
     QString openError = QStringLiteral("Device not found");
+    bool faultOnUse = false;   // reading or asking DSR raises a run-time fault
+    QByteArray written;
+
     bool open() override { return m_open = openOk; }
     void close() override { m_open = false; }
     bool isOpen() const override { return m_open; }
     QString errorString() const override { return openError; }
-    void write(const QByteArray &b) override { written.append(b); ++writes; }
+    void write(const QByteArray &b) override { written.append(b); }
     int64_t bytesToWrite() const override { return 0; }
-    QByteArray readAll() override
-    {
-        if (faultOnUse)
-            vb::Err(vb::kBadFileNumber);
-        QByteArray r;
-        r.swap(m_in);
-        return r;
-    }
-    // The reset answer "G" follows RTS going high.
+    QByteArray readAll() override { fault(); return std::exchange(m_in, {}); }
     void setRts(bool high) override
     {
         if (high)
             QTimer::singleShot(0, this, [this] { feed("G"); });
     }
-    bool dsr() override
+    bool dsr() override { fault(); return true; }
+    QString deviceName() const override { return QStringLiteral("script"); }
+    void feed(const QByteArray &b) { m_in.append(b); emit received(); }
+
+private:
+    void fault() const
     {
         if (faultOnUse)
             vb::Err(vb::kBadFileNumber);
-        return true;
     }
-    QString deviceName() const override { return QStringLiteral("script"); }
-    // The controller sends these characters in one piece.
-    void feed(const QByteArray &b) { m_in.append(b); emit received(); }
-
-    bool faultOnUse = false;   // reading or asking DSR raises a run-time fault
-    QByteArray written;
-    int writes = 0;
-
-private:
     bool m_open = false;
     QByteArray m_in;
 };
@@ -84,7 +76,6 @@ struct LinkWorld {
     // The alarm window: what it said each time, and what the operator does (default: Ok).
     QStringList skullTexts;
     std::function<void()> onSkull;
-    int shutdowns = 0;
 
     LinkWorld()
     {
@@ -98,12 +89,10 @@ struct LinkWorld {
             if (useScriptPort) {
                 auto p = std::make_unique<ScriptPort>();
                 script = p.get();
-                emu = nullptr;
                 return p;
             }
             auto p = std::make_unique<EmulatorPort>(clock);
             emu = p.get();
-            script = nullptr;
             if (configure)
                 configure(p->controller());
             return p;
@@ -121,10 +110,7 @@ struct LinkWorld {
             if (frmSkull.Tag.isEmpty())
                 frmSkull_cmdOk_Click();
         };
-        linkHooks().shutdown = [this] {
-            ++shutdowns;
-            throw ShutdownCalled();
-        };
+        linkHooks().shutdown = [] { throw ShutdownCalled(); };
     }
 
     ~LinkWorld()
@@ -155,3 +141,6 @@ struct LinkWorld {
 
 // One frame of `records` step records, X positive at `mmPerMin` (72 steps to the mm).
 QByteArray StepFrame(int records, int axisBits = 4 | 32, double mmPerMin = 700.0);
+// Sends `frames` such frames of 16 records, two out at most as every sender keeps them, then
+// waits for every reply; false when a wait failed.
+bool StreamFrames(int frames);

@@ -35,17 +35,6 @@ struct RealLink : LinkWorld {
     }
 };
 
-// Sends `frames` frames of 16 steps, never more than two out, and waits for every reply.
-bool StreamFrames(int frames)
-{
-    for (int i = 0; i < frames; ++i) {
-        if (gintBuffersOut >= 2 && !blnGetReplies(false))
-            return false;
-        SendFrame(StepFrame(16));
-    }
-    return blnGetReplies(true);
-}
-
 bool PumpUntil(const std::function<bool()> &done)
 {
     QElapsedTimer t;
