@@ -41,70 +41,68 @@ TEST(Comms, ResetAnswerSetsTheDoorAndPortNumberIsTheLastCharacter)
     }
 }
 
-TEST(Comms, NoAnswerToResetGoesOfflineOrShutsDown)
+// A start without the controller: the alarm window's texts in order, then the start goes on
+// (cured, or offline) or the program ends. "Work Offline" is stored for the next start.
+TEST(Comms, AStartWithoutTheControllerAlarmsThenGoesOnOrEnds)
 {
-    for (bool tickOffline : {false, true}) {
+    const QString kNoPort = QStringLiteral(
+        "An error occurred during initialization of the COM settings.\r\nCom Port 1 No such file or directory\r\n"
+        "Please check the serial connection and restart the program.");
+    enum Fault { Silent, NoDsr, NoPort };
+    struct Case {
+        const char *name;
+        Fault fault;
+        int cureAt;   // the alarm at which the cable is repaired (0: never)
+        bool tick;    // "Work Offline" ticked
+        QStringList texts;
+        bool ends;
+    } cases[] = {
+        {"no answer to the reset, Ok", Silent, 0, false, {kResetFailed}, true},
+        {"no answer to the reset, offline", Silent, 0, true, {kResetFailed}, false},
+        {"no DSR, cured at the second alarm", NoDsr, 2, false, {kAlarm, kAlarm}, false},
+        {"no DSR, offline", NoDsr, 0, true, {kAlarm}, true},
+        {"the port does not open", NoPort, 0, false, {kNoPort}, true},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
         LinkWorld w;
-        w.configure = [](ControllerEmulator &e) { e.setSilentAfterReset(true); };
-        w.onSkull = [&] { frmSkull.chkOffline = tickOffline; };
-        const int64_t start = w.clock.msecs();
-        if (tickOffline) {
-            w.goOnline();
-            EXPECT_FALSE(gblnOnline);
-            EXPECT_FALSE(w.emu->isOpen());
-        } else {
-            EXPECT_THROW(w.goOnline(), ShutdownCalled);
+        w.configure = [&](ControllerEmulator &e) {
+            e.setSilentAfterReset(c.fault == Silent);
+            e.setDsr(c.fault != NoDsr);
+        };
+        if (c.fault == NoPort) {
+            SetSerialPortOverride([](int16_t) {
+                auto p = std::make_unique<ScriptPort>();
+                p->openOk = false;
+                p->openError = QStringLiteral("No such file or directory");
+                return p;
+            });
         }
-        ASSERT_EQ(w.skullTexts.size(), 1);
-        EXPECT_EQ(w.skullTexts[0], kResetFailed);
-        // The wait ends on a whole second, 1.5 to 2.5 s after it began.
-        const int64_t waited = w.clock.msecs() - start;
-        EXPECT_GE(waited, 1500);
-        EXPECT_LE(waited, 2600);
-        EXPECT_TRUE(tmrOnline().isActive());   // the alarm window's unload turns it on
-    }
-}
-
-TEST(Comms, PortThatCannotOpenShowsWhyAndShutsDown)
-{
-    LinkWorld w;
-    SetSerialPortOverride([&](int16_t) {
-        auto p = std::make_unique<ScriptPort>();
-        p->openOk = false;
-        p->openError = QStringLiteral("No such file or directory");
-        return p;
-    });
-    RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM4"));
-    gblnOnline = true;
-    EXPECT_THROW(SetupComms(), ShutdownCalled);
-    ASSERT_EQ(w.skullTexts.size(), 1);
-    EXPECT_EQ(w.skullTexts[0], QStringLiteral("An error occurred during initialization of the COM settings.\r\n"
-                                              "Com Port 4 No such file or directory\r\n"
-                                              "Please check the serial connection and restart the program."));
-}
-
-TEST(Comms, NoDsrAtStartRaisesTheAlarmUntilCured)
-{
-    // Ok with the cable repaired: the start goes on with a reset.
-    {
-        LinkWorld w;
-        w.configure = [](ControllerEmulator &e) { e.setDsr(false); };
-        int alarms = 0;
         w.onSkull = [&] {
-            if (++alarms == 2)
+            frmSkull.chkOffline = c.tick;
+            if (w.skullTexts.size() == c.cureAt)
                 w.emu->controller().setDsr(true);
         };
-        w.goOnline();
-        EXPECT_EQ(w.skullTexts, (QStringList{kAlarm, kAlarm}));
-        EXPECT_EQ(w.emu->controller().resets(), 1);
-    }
-    // "Work Offline" at start ends the program; the setting says offline for the next start.
-    {
-        LinkWorld w;
-        w.configure = [](ControllerEmulator &e) { e.setDsr(false); };
-        w.onSkull = [] { frmSkull.chkOffline = true; };
-        EXPECT_THROW(w.goOnline(), ShutdownCalled);
-        EXPECT_EQ(strRegistryValueGet(QStringLiteral("Online"), QString()), QStringLiteral("No"));
+        const int64_t start = w.clock.msecs();
+        if (c.ends) {
+            EXPECT_THROW(w.goOnline(), ShutdownCalled);
+        } else {
+            w.goOnline();
+        }
+        EXPECT_EQ(w.skullTexts, c.texts);
+        EXPECT_EQ(gblnOnline, !c.tick);
+        EXPECT_EQ(strRegistryValueGet(QStringLiteral("Online"), QString()), QString::fromLatin1(c.tick ? "No" : ""));
+        if (c.fault == Silent) {
+            // The wait ends on a whole second, 1.5 to 2.5 s after it began; the alarm window's
+            // unload starts the watchdog.
+            EXPECT_GE(w.clock.msecs() - start, 1500);
+            EXPECT_LE(w.clock.msecs() - start, 2600);
+            EXPECT_TRUE(tmrOnline().isActive());
+            EXPECT_EQ(w.emu->isOpen(), !c.tick);
+        }
+        if (c.cureAt) {
+            EXPECT_EQ(w.emu->controller().resets(), 1);
+        }
     }
 }
 

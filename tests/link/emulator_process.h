@@ -1,6 +1,10 @@
 // The emulator program (build/brantok-emulator) on a pseudo-terminal, driven by its commands
-// on standard input: for the tests that go through the real QSerialPort.
+// on standard input, and a link world's COM1 on the real QSerialPort and the real clock: for
+// the tests that go through the real line.
 #pragma once
+
+#include "link/link_world.h"
+#include "platform/qt_serial_port.h"
 
 #include <QElapsedTimer>
 #include <QProcess>
@@ -55,3 +59,36 @@ private:
     QProcess m_proc;
 };
 
+
+// The real line, keeping every frame the link handed to it.
+class RecordingLine : public QtSerialLine {
+public:
+    using QtSerialLine::QtSerialLine;
+    void write(const QByteArray &bytes) override
+    {
+        sent += bytes;
+        QtSerialLine::write(bytes);
+    }
+    QByteArray sent;
+};
+
+// Makes a link world's COM1 `device` on the real clock. The alarm is answered "Work Offline",
+// never waiting for a cable in a test, after `onAlarm` has seen it.
+struct RealLine {
+    RecordingLine *line = nullptr;
+
+    RealLine(LinkWorld &w, const QString &device, bool assumeDsr, std::function<void()> onAlarm = {})
+    {
+        SetClock(nullptr);
+        SetSerialPortOverride([this, device, assumeDsr](int16_t n) -> std::unique_ptr<SerialPort> {
+            auto p = std::make_unique<RecordingLine>(SerialDevice{n, device, false, assumeDsr});
+            line = p.get();
+            return p;
+        });
+        w.onSkull = [onAlarm] {
+            if (onAlarm)
+                onAlarm();
+            frmSkull.chkOffline = true;
+        };
+    }
+};

@@ -33,12 +33,11 @@ ControllerEmulator Running()
 TEST(Emulator, RecordsRunAtTheTimerRateAndTheReplyFollows)
 {
     ControllerEmulator c = Running();
-    const int64_t t0 = c.now();
     const int timer = 65536 - 1097;   // 700 mm/min
-    c.receive(Frame({{4 | 32, timer}, {8, timer}, {16 | 128, timer}}), t0);
-    const int64_t arrived = t0 + 10 * ControllerEmulator::kByteNs;
-    const int64_t ran = arrived + 3 * (1097 * 1'000'000'000LL / ControllerEmulator::kTimerHz);
-    const int64_t replied = ran + ControllerEmulator::kByteNs;
+    // The frame's ten bytes arrive, its three records run, then the reply's byte goes out.
+    const int64_t replied =
+        c.now() + 11 * ControllerEmulator::kByteNs + 3 * (1097 * 1'000'000'000LL / ControllerEmulator::kTimerHz);
+    c.receive(Frame({{4 | 32, timer}, {8, timer}, {16 | 128, timer}}), c.now());
     c.advanceTo(replied - 1);
     EXPECT_EQ(c.takeOutput(), QByteArray());
     EXPECT_EQ(c.posX(), 1);
@@ -95,35 +94,22 @@ TEST(Emulator, WithTheDoorOpenASpindleStartIsRefusedAndADelayMovesNothing)
 
 #include "platform/serial_port.h"
 
+// BRANTOK_COMn names the device of Com n (else /dev/ttyS(n-1)), or the built-in emulator;
+// only BRANTOK_ASSUME_DSR=1 lets a line without modem lines count as DSR present.
 TEST(SerialDevice, ComNamesMapToDevicesOrTheEmulator)
 {
-    struct Case {
-        int16_t port;
-        const char *env;        // BRANTOK_COMn, or null
-        const char *assumeDsr;  // BRANTOK_ASSUME_DSR, or null
-        const char *path;
-        bool emulator;
-        bool dsr;
-    } cases[] = {
-        {2, nullptr, "1", "/dev/ttyS1", false, true},
-        {3, "emulator", nullptr, "", true, false},
-        {1, " /dev/pts/7 ", "yes", "/dev/pts/7", false, false},   // only "1" switches it on
-    };
-    for (const Case &c : cases) {
-        const QByteArray var = "BRANTOK_COM" + QByteArray::number(c.port);
-        if (c.env)
-            qputenv(var.constData(), c.env);
-        else
-            qunsetenv(var.constData());
-        if (c.assumeDsr)
-            qputenv("BRANTOK_ASSUME_DSR", c.assumeDsr);
-        else
-            qunsetenv("BRANTOK_ASSUME_DSR");
-        SerialDevice d = ResolveSerialDevice(c.port);
-        EXPECT_EQ(d.path, QString::fromLatin1(c.path)) << c.port;
-        EXPECT_EQ(d.emulator, c.emulator) << c.port;
-        EXPECT_EQ(d.assumeDsr, c.dsr) << c.port;
-        qunsetenv(var.constData());
-    }
-    qunsetenv("BRANTOK_ASSUME_DSR");
+    qunsetenv("BRANTOK_COM2");
+    qputenv("BRANTOK_COM1", " /dev/pts/7 ");
+    qputenv("BRANTOK_COM3", "emulator");
+    qputenv("BRANTOK_ASSUME_DSR", "yes");
+    EXPECT_EQ(ResolveSerialDevice(2).path, QStringLiteral("/dev/ttyS1"));
+    EXPECT_EQ(ResolveSerialDevice(1).path, QStringLiteral("/dev/pts/7"));
+    EXPECT_FALSE(ResolveSerialDevice(1).assumeDsr);
+    EXPECT_TRUE(ResolveSerialDevice(3).emulator);
+    EXPECT_TRUE(ResolveSerialDevice(3).path.isEmpty());
+    EXPECT_FALSE(ResolveSerialDevice(2).emulator);
+    qputenv("BRANTOK_ASSUME_DSR", "1");
+    EXPECT_TRUE(ResolveSerialDevice(2).assumeDsr);
+    for (const char *v : {"BRANTOK_COM1", "BRANTOK_COM3", "BRANTOK_ASSUME_DSR"})
+        qunsetenv(v);
 }

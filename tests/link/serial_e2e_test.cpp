@@ -1,39 +1,11 @@
 // End to end through the real QSerialPort: the link talks to the emulator program on a
 // pseudo-terminal, on the real clock.
 #include "link/emulator_process.h"
-#include "link/link_world.h"
 #include "link/spindle.h"
-#include "platform/qt_serial_port.h"
-
-#include <QElapsedTimer>
 
 #include <gtest/gtest.h>
 
 namespace {
-
-// The link world on the real clock with COM1 the given device; the alarm is answered
-// "Work Offline", never waiting for a cable in a test.
-struct RealLink : LinkWorld {
-    RealLink(const QString &device, bool assumeDsr)
-    {
-        SetClock(nullptr);
-        SetPumpHook({});
-        SetSerialPortOverride({});
-        qputenv("BRANTOK_COM1", device.toLocal8Bit());
-        qputenv("BRANTOK_ASSUME_DSR", assumeDsr ? "1" : "0");
-        InstallSerialDevices();
-        onSkull = [] { frmSkull.chkOffline = true; };
-        RegistryValuePut(QStringLiteral("Comport"), QStringLiteral("COM1"));
-        gblnOnline = true;
-    }
-    ~RealLink()
-    {
-        ResetComms();
-        SetSerialDeviceFactory({});
-        qunsetenv("BRANTOK_COM1");
-        qunsetenv("BRANTOK_ASSUME_DSR");
-    }
-};
 
 bool PumpUntil(const std::function<bool()> &done)
 {
@@ -50,10 +22,11 @@ TEST(SerialEndToEnd, StreamSpindleAndDoorThroughAPseudoTerminal)
 {
     EmulatorProcess emu;
     ASSERT_FALSE(emu.path.isEmpty());
-    RealLink link(emu.path, true);
-    SetupComms();
-    ASSERT_TRUE(link.skullTexts.isEmpty()) << link.skullTexts.join(QStringLiteral("|")).toStdString();
-    EXPECT_EQ(link.panel[QStringLiteral("door")], QStringLiteral("Door Closed"));
+    LinkWorld w;
+    RealLine real(w, emu.path, true);
+    w.goOnline();
+    ASSERT_TRUE(w.skullTexts.isEmpty()) << w.skullTexts.join(u'|').toStdString();
+    EXPECT_EQ(w.panel[QStringLiteral("door")], QStringLiteral("Door Closed"));
     ASSERT_TRUE(StreamFrames(30));
     EXPECT_EQ(emu.status("pos"), 30 * 16);
     EXPECT_EQ(emu.status("maxheld"), 2);
@@ -67,7 +40,7 @@ TEST(SerialEndToEnd, StreamSpindleAndDoorThroughAPseudoTerminal)
     EXPECT_EQ(emu.status("spindle"), 0);
     emu.command("door close");
     EXPECT_TRUE(PumpUntil([] { return !gblnDoorOpen; }));
-    EXPECT_TRUE(link.skullTexts.isEmpty());
+    EXPECT_TRUE(w.skullTexts.isEmpty());
 }
 
 // No DSR on a pseudo-terminal without the option, and a device that isn't there: the alarm
@@ -82,19 +55,10 @@ TEST(SerialEndToEnd, NoControllerOrNoDeviceEndsTheStart)
          "An error occurred during initialization of the COM settings.\r\nCom Port 1 "},
     };
     for (const auto &[device, text] : cases) {
-        RealLink link(device, device != emu.path);
-        EXPECT_THROW(SetupComms(), ShutdownCalled);
-        ASSERT_EQ(link.skullTexts.size(), 1);
-        EXPECT_TRUE(link.skullTexts[0].startsWith(QString::fromLatin1(text))) << link.skullTexts[0].toStdString();
+        LinkWorld w;
+        RealLine real(w, device, device != emu.path);
+        EXPECT_THROW(w.goOnline(), ShutdownCalled);
+        ASSERT_EQ(w.skullTexts.size(), 1);
+        EXPECT_TRUE(w.skullTexts[0].startsWith(QString::fromLatin1(text))) << w.skullTexts[0].toStdString();
     }
-}
-
-TEST(SerialEndToEnd, TheBuiltInEmulatorRunsOnTheRealClock)
-{
-    RealLink link(QStringLiteral("emulator"), false);
-    SetupComms();
-    ASSERT_TRUE(StreamFrames(6));
-    SpindleStart();
-    EXPECT_TRUE(gblnSpindleOn);
-    EXPECT_TRUE(link.skullTexts.isEmpty());
 }

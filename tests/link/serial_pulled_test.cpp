@@ -8,7 +8,6 @@
 #include "link/keycontrol.h"
 #include "link/stream.h"
 #include "platform/keystate.h"
-#include "platform/qt_serial_port.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -19,18 +18,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-// The real line, keeping every frame the link handed to it.
-class RecordingLine : public QtSerialLine {
-public:
-    using QtSerialLine::QtSerialLine;
-    void write(const QByteArray &bytes) override
-    {
-        sent += bytes;
-        QtSerialLine::write(bytes);
-    }
-    QByteArray sent;
-};
 
 // Steps on X, Y, Z in a run of frames.
 std::array<int64_t, 3> StepsIn(const QByteArray &frames)
@@ -51,27 +38,20 @@ std::array<int64_t, 3> StepsIn(const QByteArray &frames)
     return net;
 }
 
-// A link world whose COM1 is the emulator program through QSerialPort, on the real clock.
-// The alarm records the position and what had been sent, and the operator ticks
-// "Work Offline".
+// A link world whose COM1 is the emulator program; the alarm records the position and what
+// had been sent.
 struct PulledLine {
     EmulatorProcess emu;
-    RecordingLine *line = nullptr;
     std::array<int64_t, 3> posAtAlarm{}, sentAtAlarm{};
+    RealLine real;
 
     explicit PulledLine(LinkWorld &w)
+        : real(w, emu.path, true, [this] {
+              posAtAlarm = {glngPosX, glngPosY, glngPosZ};
+              sentAtAlarm = StepsIn(real.line->sent);
+          })
     {
-        SetClock(nullptr);
-        SetSerialPortOverride([this](int16_t n) -> std::unique_ptr<SerialPort> {
-            auto p = std::make_unique<RecordingLine>(SerialDevice{n, emu.path, false, true});
-            line = p.get();
-            return p;
-        });
-        w.onSkull = [this] {
-            posAtAlarm = {glngPosX, glngPosY, glngPosZ};
-            sentAtAlarm = StepsIn(line->sent);
-            frmSkull.chkOffline = true;
-        };
+        EXPECT_FALSE(emu.path.isEmpty()) << "no emulator program";
     }
     // What every pulled line must show afterwards.
     void expectAlarmOnceAndOffline(const LinkWorld &w)
@@ -79,9 +59,9 @@ struct PulledLine {
         ASSERT_EQ(w.skullTexts.size(), 1) << w.skullTexts.join(u'|').toStdString();
         EXPECT_TRUE(w.skullTexts[0].startsWith(QStringLiteral("There is a problem with the hardware.")));
         EXPECT_FALSE(gblnOnline);
-        EXPECT_TRUE(line->deviceLost());
+        EXPECT_TRUE(real.line->deviceLost());
         // The dead descriptor was closed at the first error: no flood of them.
-        EXPECT_LE(line->errorsSeen(), 5);
+        EXPECT_LE(real.line->errorsSeen(), 5);
         // The count is that of the steps handed to the line, nothing lost, nothing reset.
         EXPECT_EQ(posAtAlarm, sentAtAlarm);
     }
@@ -107,7 +87,6 @@ TEST(PulledAdapter, DuringARunTheAlarmComesOnceAndTheRunGoesOnOfflineWithItsCoun
     w.setUp();
     ASSERT_TRUE(w.compile(kTwoToolProgram));
     PulledLine pulled(w);
-    ASSERT_FALSE(pulled.emu.path.isEmpty());
     w.goOnline();
     ASSERT_TRUE(w.skullTexts.isEmpty());
     gintCurrentTool = gintNextTool = 0;
@@ -136,8 +115,6 @@ TEST(PulledAdapter, DuringAJogTheAlarmComesOnceAndTheKeysGoOnOffline)
     gsngRapidSpeed = 500.0f;
     ResetKeyControl();
     PulledLine pulled(w);
-    ASSERT_FALSE(pulled.emu.path.isEmpty());
-    SetPumpHook({});
     w.goOnline();
     ASSERT_TRUE(w.skullTexts.isEmpty());
     keys.Press(VK_RIGHT);
@@ -159,8 +136,6 @@ TEST(PulledAdapter, WhileIdleTheLineGoesQuietAndTheWatchdogRaisesTheAlarm)
 {
     LinkWorld w;
     PulledLine pulled(w);
-    ASSERT_FALSE(pulled.emu.path.isEmpty());
-    SetPumpHook({});
     w.goOnline();
     pulled.emu.kill();
     // Nothing is out: only the event loop turns, as the program waits for the operator.
