@@ -11,44 +11,15 @@ const QString kAlarm = QStringLiteral(
 const QString kResetFailed = QStringLiteral(
     "The controller has failed to respond to a reset command.\r\n\r\nPlease check the connections and restart the program.");
 
-TEST(Comms, ResetAnswerSetsTheDoorAndPortNumberIsTheLastCharacter)
-{
-    struct Case {
-        const char *comport;
-        bool doorOpen;
-        int16_t port;
-        const char *panel;
-    } cases[] = {{"COM1", false, 1, "Door Closed"}, {"COM12", true, 2, "Door Open"}};
-    for (const Case &c : cases) {
-        LinkWorld w;
-        w.configure = [&](ControllerEmulator &e) {
-            if (c.doorOpen)
-                e.openDoor();
-        };
-        gintBacklashX = 5;
-        gintPlayX = 0;
-        gintLastDirX = 1;
-        RegistryValuePut(QStringLiteral("Comport"), QString::fromLatin1(c.comport));
-        gblnOnline = true;
-        SetupComms();
-        EXPECT_EQ(w.portAskedFor, c.port) << c.comport;
-        EXPECT_EQ(gblnDoorOpen, c.doorOpen) << c.comport;
-        EXPECT_EQ(w.panel[QStringLiteral("door")], QString::fromLatin1(c.panel));
-        EXPECT_TRUE(gstrReplies.isEmpty());
-        EXPECT_EQ(w.emu->controller().resets(), 1);
-        EXPECT_EQ(gintLastDirX, -1);   // the play is due again after a reset
-        EXPECT_EQ(gintPlayX, 5);
-    }
-}
-
-// A start without the controller: the alarm window's texts in order, then the start goes on
-// (cured, or offline) or the program ends. "Work Offline" is stored for the next start.
-TEST(Comms, AStartWithoutTheControllerAlarmsThenGoesOnOrEnds)
+// The start: the reset's answer gives the door; without the controller, the alarm window's
+// texts in order, then the start goes on (cured, or offline) or the program ends. "Work
+// Offline" is stored for the next start. Only the last character of the port name counts.
+TEST(Comms, TheStartResetsTheControllerOrAlarmsThenGoesOnOrEnds)
 {
     const QString kNoPort = QStringLiteral(
         "An error occurred during initialization of the COM settings.\r\nCom Port 1 No such file or directory\r\n"
         "Please check the serial connection and restart the program.");
-    enum Fault { Silent, NoDsr, NoPort };
+    enum Fault { None, DoorOpen, Silent, NoDsr, NoPort };
     struct Case {
         const char *name;
         Fault fault;
@@ -57,6 +28,8 @@ TEST(Comms, AStartWithoutTheControllerAlarmsThenGoesOnOrEnds)
         QStringList texts;
         bool ends;
     } cases[] = {
+        {"COM1, the door closed", None, 0, false, {}, false},
+        {"COM12 is port 2; the door open", DoorOpen, 0, false, {}, false},
         {"no answer to the reset, Ok", Silent, 0, false, {kResetFailed}, true},
         {"no answer to the reset, offline", Silent, 0, true, {kResetFailed}, false},
         {"no DSR, cured at the second alarm", NoDsr, 2, false, {kAlarm, kAlarm}, false},
@@ -69,6 +42,8 @@ TEST(Comms, AStartWithoutTheControllerAlarmsThenGoesOnOrEnds)
         w.configure = [&](ControllerEmulator &e) {
             e.setSilentAfterReset(c.fault == Silent);
             e.setDsr(c.fault != NoDsr);
+            if (c.fault == DoorOpen)
+                e.openDoor();
         };
         if (c.fault == NoPort) {
             SetSerialPortOverride([](int16_t) {
@@ -83,11 +58,16 @@ TEST(Comms, AStartWithoutTheControllerAlarmsThenGoesOnOrEnds)
             if (w.skullTexts.size() == c.cureAt)
                 w.emu->controller().setDsr(true);
         };
+        gintBacklashX = 5;
+        gintPlayX = 0;
+        gintLastDirX = 1;
+        RegistryValuePut(QStringLiteral("Comport"), QString::fromLatin1(c.fault == DoorOpen ? "COM12" : "COM1"));
+        gblnOnline = true;
         const int64_t start = w.clock.msecs();
         if (c.ends) {
-            EXPECT_THROW(w.goOnline(), ShutdownCalled);
+            EXPECT_THROW(SetupComms(), ShutdownCalled);
         } else {
-            w.goOnline();
+            SetupComms();
         }
         EXPECT_EQ(w.skullTexts, c.texts);
         EXPECT_EQ(gblnOnline, !c.tick);
@@ -99,9 +79,14 @@ TEST(Comms, AStartWithoutTheControllerAlarmsThenGoesOnOrEnds)
             EXPECT_LE(w.clock.msecs() - start, 2600);
             EXPECT_TRUE(tmrOnline().isActive());
             EXPECT_EQ(w.emu->isOpen(), !c.tick);
-        }
-        if (c.cureAt) {
+        } else if (!c.ends) {   // the reset answered
+            EXPECT_EQ(w.portAskedFor, c.fault == DoorOpen ? 2 : 1);
             EXPECT_EQ(w.emu->controller().resets(), 1);
+            EXPECT_EQ(gblnDoorOpen, c.fault == DoorOpen);
+            EXPECT_EQ(w.panel[QStringLiteral("door")], QString::fromLatin1(c.fault == DoorOpen ? "Door Open" : "Door Closed"));
+            EXPECT_TRUE(gstrReplies.isEmpty());
+            EXPECT_EQ(gintLastDirX, -1);   // the play is due again after a reset
+            EXPECT_EQ(gintPlayX, 5);
         }
     }
 }
@@ -182,8 +167,6 @@ TEST(Comms, DsrLostWhileIdleRaisesTheAlarmAndOkResets)
     LinkWorld w;
     w.goOnline();
     ControllerEmulator &e = w.emu->controller();
-    tmrOnline_Timer();   // all well: nothing happens
-    EXPECT_TRUE(w.skullTexts.isEmpty());
     e.setDsr(false);
     // Frames out: the watchdog leaves the line to the waits.
     gintBuffersOut = 1;
@@ -216,7 +199,6 @@ TEST(Comms, ReceivedStringsAreTakenInTheirFixedOrder)
     LinkWorld w;
     w.useScriptPort = true;
     w.goOnline();
-    ASSERT_NE(w.script, nullptr);
     ScriptPort &p = *w.script;
     // "OA" with the spindle running and a frame out: the door opens and one reply counts.
     gblnSpindleOn = true;
@@ -243,12 +225,6 @@ TEST(Comms, ReceivedStringsAreTakenInTheirFixedOrder)
     EXPECT_TRUE(gSpindleControls.mnuMStartEnabled);   // mode 2 and the start text enabled
     EXPECT_TRUE(gstrReplies.isEmpty());
 
-    // Outside the manual screen "S" leaves the menu entry alone.
-    gintMode = 6;
-    gSpindleControls.mnuMStartEnabled = false;
-    p.feed("S");
-    EXPECT_FALSE(gSpindleControls.mnuMStartEnabled);
-
     // Stray characters with no frame out are dropped; a lone reset answer passes.
     struct Stray {
         const char *in;
@@ -273,23 +249,6 @@ TEST(Comms, ReceivedStringsAreTakenInTheirFixedOrder)
         comSerial_OnComm(ev);
     EXPECT_TRUE(gstrReplies.isEmpty());
     EXPECT_FALSE(gblnDoorOpen);
-}
-
-TEST(Comms, OfflineEveryFrameIsPaidOffAtOnce)
-{
-    LinkWorld w;
-    gblnOnline = false;
-    gintBacklashY = 3;
-    SetupComms();
-    EXPECT_EQ(comSerial(), nullptr);
-    EXPECT_EQ(gintPlayY, 3);
-    for (int i = 0; i < 3; ++i)
-        SendFrame(StepFrame(16));
-    EXPECT_EQ(gintBuffersOut, 3);
-    const int64_t start = w.clock.msecs();
-    EXPECT_TRUE(blnGetReplies(true));
-    EXPECT_EQ(gintBuffersOut, 0);
-    EXPECT_EQ(w.clock.msecs() - start, 3);   // one round each
 }
 
 TEST(Comms, DoorOpenedWhileCuttingStopsMotionAndRepliesD)

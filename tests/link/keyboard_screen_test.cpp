@@ -44,7 +44,11 @@ protected:
 TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
 {
     glngPosX = 72;
+    // A spindle request left from another screen ("Start Spindle" in the Mill menu while
+    // machining) is forgotten: the manual screen must not start the spindle unasked.
+    gblnSpindleStartReq = gblnSpindleStopReq = true;
     f->MenuAction(QStringLiteral("Keyboard"));
+    EXPECT_FALSE(gblnSpindleStartReq || gblnSpindleStopReq);
     PicKeyboard *k = f->picKeyboard;
     EXPECT_EQ(gintMode, 2);
     EXPECT_TRUE(k->fraTask->isHidden());   // free control: no task
@@ -99,22 +103,13 @@ TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
     EXPECT_EQ(gintSetStep, 10);
 }
 
-// A spindle request left from another screen ("Start Spindle" in the Mill menu while
-// machining) is forgotten: the manual screen must not start the spindle unasked.
-TEST_F(ManualScreen, WithoutSpindleTheControlsAreHiddenAndAnOldRequestForgotten)
+// A task that needs no spindle leaves no way to start it.
+TEST_F(ManualScreen, WithoutSpindleTheControlsAreHiddenAndTheMenuEntriesOff)
 {
-    gblnRapidUseDot = !gblnRapidUseDot;
-    gblnSpindleStartReq = gblnSpindleStopReq = true;
     ShowKeyboard(false);
-    EXPECT_FALSE(gblnSpindleStartReq || gblnSpindleStopReq);
     PicKeyboard *k = f->picKeyboard;
-    EXPECT_TRUE(k->picStartText->isHidden());
-    EXPECT_TRUE(k->picSpindleStart->isHidden());
-    EXPECT_TRUE(k->picSpindleStop->isHidden());
-    EXPECT_FALSE(f->mnuMStart->isEnabled());
-    EXPECT_FALSE(f->mnuMStop->isEnabled());
-    EXPECT_EQ(k->imgKeybd->pixmap().toImage(),
-              ilsKeypad(gblnRapidUseDot ? QStringLiteral("NumpadDot") : QStringLiteral("Numpad")).toImage());
+    EXPECT_TRUE(k->picStartText->isHidden() && k->picSpindleStart->isHidden() && k->picSpindleStop->isHidden());
+    EXPECT_FALSE(f->mnuMStart->isEnabled() || f->mnuMStop->isEnabled());
 }
 
 // Done clicked with Enter waits for Enter to come up, lest the next screen take it.
@@ -137,14 +132,13 @@ TEST_F(ManualScreen, DoneWaitsForEnterToComeUpAndTheResetButtonsZeroTheDisplayOn
     glngPosZ = 720;
     DistanceSet(1, -36);
     DistanceSet(2, 720);
-    EXPECT_EQ(k->lblPos[2]->text(), QStringLiteral("10.00"));
     k->cmdReset[2]->click();
     EXPECT_EQ(k->lblPos[2]->text(), QStringLiteral("0.00"));
     EXPECT_EQ(k->lblPos[1]->text(), QStringLiteral("-0.50"));
     k->cmdReset[3]->click();   // all
     EXPECT_EQ(k->lblPos[1]->text(), QStringLiteral("0.00"));
     EXPECT_EQ(glngDisplayY, 0);
-    EXPECT_EQ(glngPosZ, 720);
+    EXPECT_EQ(glngPosZ, 720);   // the machine's count is not the display
 }
 
 } // namespace

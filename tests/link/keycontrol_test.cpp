@@ -3,7 +3,6 @@
 // the door, Esc, the spindle, the two-frame limit, and what the controller really did.
 #include "link/link_world.h"
 
-#include "core/msgbox.h"
 #include "link/keycontrol.h"
 #include "link/spindle.h"
 #include "nc/stepcode.h"
@@ -220,39 +219,9 @@ TEST(KeyControl, PlayModelTable)
     }
 }
 
-// The door opens with the spindle running as the operator takes hold of a key: nothing is
-// sent until the message is answered with the door closed; then the keys move again.
-TEST(KeyControl, DoorOpenKeepsTheKeysDeadUntilTheMessageIsAcknowledgedAndTheDoorClosed)
-{
-    Jog j;
-    SpindleStart();
-    ASSERT_TRUE(gblnSpindleOn);
-    const int64_t framesBefore = j.emu().framesReceived();
-    j.onDoorOpen([&] { j.hold({VK_RIGHT, VK_NUMPAD5}); });
-    std::vector<ShownBox> boxes;
-    int64_t framesAtBox = -1;
-    uiHooks().messageBox = [&](const QString &text, int32_t flags, const QString &title) -> int16_t {
-        boxes.push_back({text, flags, title});
-        framesAtBox = j.emu().framesReceived();
-        EXPECT_EQ(glngPosX, 0);
-        j.emu().closeDoor();   // the operator closes the door before answering
-        j.w.run(5);
-        EXPECT_FALSE(gblnDoorOpen);
-        return vbOK;
-    };
-    j.at.emplace(50, [&] { j.emu().openDoor(); });
-    j.run(800);
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0].text, QStringLiteral("The spindle has been stopped because the door was opened"));
-    EXPECT_EQ(boxes[0].title, QStringLiteral("Door Status"));
-    EXPECT_EQ(framesAtBox, framesBefore);
-    EXPECT_FALSE(gblnSpindleOn);
-    EXPECT_GT(glngPosX, 1);
-    j.expectSound();
-}
-
 // From the moment the PC hears the door open nothing more is sent (a rapid's ramp-down
-// neither) until the door is closed; Esc stops at once. Either way the machine made every
+// neither) until the door is closed and, when the spindle ran, the door message answered;
+// then the keys still held move again. Esc stops at once. Either way the machine made every
 // step counted, but for those the door cut out of the frames it already held.
 TEST(KeyControl, NoMotionFrameOnceTheDoorOpensAndTheCountIsWhatTheMachineMade)
 {
@@ -260,15 +229,21 @@ TEST(KeyControl, NoMotionFrameOnceTheDoorOpensAndTheCountIsWhatTheMachineMade)
         const char *name;
         std::vector<int> keys;
         bool door;   // else Esc
+        bool spindle;
     } cases[] = {
-        {"door during a held jog", {VK_RIGHT, VK_NUMPAD9}, true},
-        {"door during a rapid's ramp", {VK_NUMPAD0, VK_RIGHT}, true},
-        {"Esc during a jog", {VK_RIGHT, VK_NUMPAD9}, false},
-        {"Esc during a rapid", {VK_NUMPAD0, VK_RIGHT}, false},
+        {"door during a held jog", {VK_RIGHT, VK_NUMPAD9}, true, false},
+        {"door during a jog with the spindle running", {VK_RIGHT, VK_NUMPAD5}, true, true},
+        {"door during a rapid's ramp", {VK_NUMPAD0, VK_RIGHT}, true, false},
+        {"Esc during a jog", {VK_RIGHT, VK_NUMPAD9}, false, false},
+        {"Esc during a rapid", {VK_NUMPAD0, VK_RIGHT}, false, false},
     };
     for (const Case &k : cases) {
         SCOPED_TRACE(k.name);
         Jog j;
+        if (k.spindle) {
+            SpindleStart();
+            ASSERT_TRUE(gblnSpindleOn);
+        }
         for (int vk : k.keys)
             j.keys.Press(vk);
         qsizetype writtenAtOpen = -1, writtenAtClose = -1;
@@ -294,10 +269,16 @@ TEST(KeyControl, NoMotionFrameOnceTheDoorOpensAndTheCountIsWhatTheMachineMade)
         j.run(k.door ? 1200 : 100000);
         EXPECT_EQ(gintBuffersOut, 0);
         EXPECT_EQ(j.emu().posX() + j.emu().droppedSteps(), glngPosX);
+        ASSERT_EQ(j.w.boxes.shown().size(), k.spindle ? 1u : 0u);
+        if (k.spindle) {
+            EXPECT_EQ(j.w.boxes.last().text, QStringLiteral("The spindle has been stopped because the door was opened"));
+            EXPECT_EQ(j.w.boxes.last().title, QStringLiteral("Door Status"));
+            EXPECT_FALSE(gblnSpindleOn);
+        }
         if (k.door) {
             ASSERT_GE(writtenAtOpen, 0);
             EXPECT_EQ(writtenAtClose, writtenAtOpen);
-            EXPECT_GT(j.w.emu->written().size(), writtenAtClose);   // the keys still held move again
+            EXPECT_GT(j.w.emu->written().size(), writtenAtClose);
         } else {
             EXPECT_EQ(j.emu().droppedSteps(), 0);
             EXPECT_GT(glngPosX, 0);

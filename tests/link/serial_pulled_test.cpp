@@ -19,21 +19,17 @@
 
 namespace {
 
-// Steps on X, Y, Z in a run of frames.
+// Steps on X, Y, Z in a run of frames (spindle records have a low bit set).
 std::array<int64_t, 3> StepsIn(const QByteArray &frames)
 {
     std::array<int64_t, 3> net{0, 0, 0};
-    for (qsizetype at = 0; at < frames.size();) {
-        const int len = static_cast<uint8_t>(frames[at]);
-        for (qsizetype r = at + 1; r + 2 < at + len && r + 2 < frames.size(); r += 3) {
+    for (qsizetype at = 0; at < frames.size(); at += static_cast<uint8_t>(frames[at])) {
+        for (qsizetype r = at + 1; r + 2 < at + static_cast<uint8_t>(frames[at]) && r + 2 < frames.size(); r += 3) {
             const uint8_t cmd = static_cast<uint8_t>(frames[r]);
-            if ((cmd & 3) != 0)
-                continue;   // spindle record
-            for (int axis = 0; axis < 3; ++axis)
+            for (size_t axis = 0; axis < 3 && (cmd & 3) == 0; ++axis)
                 if (cmd & (4 << axis))
-                    net[static_cast<size_t>(axis)] += (cmd & (32 << axis)) ? 1 : -1;
+                    net[axis] += (cmd & (32 << axis)) ? 1 : -1;
         }
-        at += len;
     }
     return net;
 }
