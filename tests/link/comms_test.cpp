@@ -226,19 +226,16 @@ TEST(Comms, ReceivedStringsAreTakenInTheirFixedOrder)
     EXPECT_TRUE(gstrReplies.isEmpty());
 
     // Stray characters with no frame out are dropped; a lone reset answer passes.
-    struct Stray {
-        const char *in;
-        const char *kept;
-    } strays[] = {{"A", ""}, {"D", ""}, {"G", "G"}, {"AG", ""}, {"GO", "G"}};
-    for (const Stray &s : strays) {
+    const std::pair<const char *, const char *> strays[] = {{"A", ""}, {"D", ""}, {"G", "G"}, {"AG", ""}, {"GO", "G"}};
+    for (const auto &[in, kept] : strays) {
         gstrReplies.clear();
         gintBuffersOut = 0;
-        p.feed(s.in);
-        EXPECT_EQ(gstrReplies, QByteArray(s.kept)) << s.in;
+        p.feed(in);
+        EXPECT_EQ(gstrReplies, QByteArray(kept)) << in;
     }
     p.feed("S");
 
-    // "P" (the spindle stopped by itself) is in the spindle's tests; with it already stopped, nothing.
+    // "P", the spindle stopped by itself, when it was already stopped: no warning.
     gstrReplies.clear();
     gSpindleControls.picStoppedVisible = false;
     p.feed("P");

@@ -104,12 +104,17 @@ TEST_F(ManualScreen, FreeControlFromTheMenuJogsShowsAndEndsOnDone)
 }
 
 // A task that needs no spindle leaves no way to start it.
+// The keypad drawn shows whether the rapid needs the dot.
 TEST_F(ManualScreen, WithoutSpindleTheControlsAreHiddenAndTheMenuEntriesOff)
 {
+    gblnRapidUseDot = !gblnRapidUseDot;
     ShowKeyboard(false);
     PicKeyboard *k = f->picKeyboard;
     EXPECT_TRUE(k->picStartText->isHidden() && k->picSpindleStart->isHidden() && k->picSpindleStop->isHidden());
     EXPECT_FALSE(f->mnuMStart->isEnabled() || f->mnuMStop->isEnabled());
+    const QImage dot = ilsKeypad(QStringLiteral("NumpadDot")).toImage();
+    EXPECT_NE(dot, ilsKeypad(QStringLiteral("Numpad")).toImage());
+    EXPECT_EQ(k->imgKeybd->pixmap().toImage() == dot, gblnRapidUseDot);
 }
 
 // Done clicked with Enter waits for Enter to come up, lest the next screen take it.

@@ -200,25 +200,6 @@ TEST(KeyControl, TheDisplayLeavesOutThePlayAfterAReversal)
     EXPECT_EQ(gKeyboard.lblPos[0], strDistanceLabel(glngDisplayX));
 }
 
-TEST(KeyControl, PlayModelTable)
-{
-    struct Row { int16_t backlash, play, lastDir, dir, steps; int32_t pos; int16_t playAfter, lastAfter; };
-    const Row rows[] = {
-        {5, 5, 1, 0, 3, 100, 5, 1},     // no direction: nothing changes
-        {5, 5, 1, 1, 3, 103, 5, 1},     // same way, play taken up: every step counts
-        {5, 5, 1, -1, 3, 100, 3, -1},   // reversal: three of five steps of play
-        {5, 3, -1, -1, 3, 99, 5, -1},   // the last two of the play, then one step
-        {5, 3, -1, 1, 1, 100, 3, 1},    // back again before the play was gone: slack 3
-        {0, 0, 1, -1, 2, 98, 0, -1},    // no backlash: every step counts
-    };
-    for (const Row &r : rows) {
-        int16_t play = r.play, last = r.lastDir;
-        EXPECT_EQ(lngKeyboardPos(100, r.backlash, play, last, r.dir, r.steps), r.pos);
-        EXPECT_EQ(play, r.playAfter);
-        EXPECT_EQ(last, r.lastAfter);
-    }
-}
-
 // From the moment the PC hears the door open nothing more is sent (a rapid's ramp-down
 // neither) until the door is closed and, when the spindle ran, the door message answered;
 // then the keys still held move again. Esc stops at once. Either way the machine made every
@@ -316,13 +297,11 @@ TEST(KeyControl, AKeyReleasedWhileTheWindowIsInactiveStopsTheMotion)
     EventKeyState real(false, KeymapReader(), nullptr);
     ScopedKeyState scoped(&real);
     QWidget window;
-    auto send = [&](int qtKey, Qt::KeyboardModifiers mods, quint32 scan) {
-        QKeyEvent e(QEvent::KeyPress, qtKey, mods, scan, 0, 0);
-        QCoreApplication::sendEvent(&window, &e);
-    };
     j.at.emplace(10, [&] {
-        send(Qt::Key_Right, Qt::NoModifier, 114);
-        send(Qt::Key_5, Qt::KeypadModifier, 84);
+        QKeyEvent right(QEvent::KeyPress, Qt::Key_Right, Qt::NoModifier, 114, 0, 0);
+        QKeyEvent five(QEvent::KeyPress, Qt::Key_5, Qt::KeypadModifier, 84, 0, 0);
+        QCoreApplication::sendEvent(&window, &right);
+        QCoreApplication::sendEvent(&window, &five);
     });
     bool movingBefore = false;
     j.at.emplace(300, [&] {

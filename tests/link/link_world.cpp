@@ -1,19 +1,11 @@
 #include "link/link_world.h"
 
-#include <cmath>
-
-QByteArray StepFrame(int records, int axisBits, double mmPerMin)
+QByteArray StepFrame(int records)
 {
-    // timer = 65536 - round(768000 / speed), never below 1536.
-    int timer = 65536 - static_cast<int>(std::lround(768000.0 / mmPerMin));
-    timer = std::max(timer, 1536);
-    QByteArray f;
-    f.append(char(records * 3 + 1));
-    for (int i = 0; i < records; ++i) {
-        f.append(char(axisBits));
-        f.append(char(timer & 0xFF));
-        f.append(char((timer >> 8) & 0xFF));
-    }
+    const int timer = 65536 - 1097;   // 768000 / 700 mm/min
+    QByteArray f(1, char(records * 3 + 1));
+    for (int i = 0; i < records; ++i)
+        f.append(char(4 | 32)).append(char(timer & 0xFF)).append(char(timer >> 8));
     return f;
 }
 

@@ -139,8 +139,8 @@ struct LinkWorld {
     }
 };
 
-// One frame of `records` step records, X positive at `mmPerMin` (72 steps to the mm).
-QByteArray StepFrame(int records, int axisBits = 4 | 32, double mmPerMin = 700.0);
+// One frame of `records` step records, X positive at 700 mm/min.
+QByteArray StepFrame(int records);
 // Sends `frames` such frames of 16 records, two out at most as every sender keeps them, then
 // waits for every reply; false when a wait failed.
 bool StreamFrames(int frames);

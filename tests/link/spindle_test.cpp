@@ -61,10 +61,15 @@ TEST(Spindle, RefusedWithTheDoorOpen)
     EXPECT_TRUE(w.emu->controller().spindleOn());
 }
 
+// Offline the start opens no port and only puts the play due; the door counts as closed.
 TEST(Spindle, OfflineTheDoorCountsAsClosed)
 {
     LinkWorld w;
     gblnOnline = false;
+    gintBacklashY = 3;
+    SetupComms();
+    EXPECT_EQ(comSerial(), nullptr);
+    EXPECT_EQ(gintPlayY, 3);
     gblnDoorOpen = true;
     SpindleStart();
     EXPECT_TRUE(gblnSpindleOn);
