@@ -48,10 +48,8 @@ public:
             line += m_proc.readLine();
         }
         const QList<QByteArray> words = line.trimmed().split(' ');
-        for (int i = 0; i + 1 < words.size(); ++i)
-            if (words[i] == key)
-                return words[i + 1].toLongLong();
-        return -1;
+        const qsizetype i = words.indexOf(key);
+        return i >= 0 && i + 1 < words.size() ? words[i + 1].toLongLong() : -1;
     }
     QString path;
 

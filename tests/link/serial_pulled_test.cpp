@@ -1,8 +1,6 @@
-// The serial device goes away in the middle of work: the emulator program on its
-// pseudo-terminal is killed, as a USB adapter is pulled, during a machining run and during a
-// jog, on the real QSerialPort and the real clock. The link must raise the hardware alarm
-// once, not spin on the dead device, keep the position it counted from what it sent, and
-// take the operator's "Work Offline".
+// The emulator program is killed, as a USB adapter is pulled, during a run, a jog and while
+// idle, on the real line. The link must raise the hardware alarm once, not spin on the dead
+// device, keep the position it counted from what it sent, and take "Work Offline".
 #include "guide/stream_world.h"
 #include "link/emulator_process.h"
 #include "link/keycontrol.h"

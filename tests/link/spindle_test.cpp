@@ -27,12 +27,6 @@ TEST(Spindle, StartAndStopSendOneRecordEachAndSetEveryControl)
     EXPECT_EQ(w.panel[QStringLiteral("spindle")], QStringLiteral("Spindle Stopped"));
     EXPECT_TRUE(c.picSpindleStartEnabled && c.mnuMStartEnabled);
     EXPECT_FALSE(c.picSpindleStopEnabled || c.mnuMStopEnabled);
-
-    // Already stopped: no record, the controls are set all the same.
-    gSpindleControls.picSpindleStopEnabled = true;
-    SpindleStop();
-    EXPECT_EQ(w.emu->controller().spindleRecords(), 2);
-    EXPECT_FALSE(c.picSpindleStopEnabled);
 }
 
 TEST(Spindle, RefusedWithTheDoorOpen)
