@@ -8,9 +8,8 @@
 #include "nc/evaluate.h"
 #include "nc/linestep.h"
 #include "nc/stepcode.h"
-#include "tools/tooltable.h"
-
 #include "nc/reader.h"
+#include "tools/tooltable.h"
 
 #include <cmath>
 
@@ -48,6 +47,13 @@ void SetTools(const std::vector<TestTool> &tools)
     }
 }
 
+QString TrapReport(const std::function<void()> &f)
+{
+    TrapRecorder trap;
+    EXPECT_THROW(f(), TrapEnded);
+    return trap.fired() ? trap.report() : QString();
+}
+
 StepCapture::StepCapture()
 {
     m_path = m_dir.path() + QStringLiteral("/capture.ncx");
@@ -69,18 +75,18 @@ QByteArray StepCapture::bytes()
 
 std::vector<StepRecordView> StepCapture::records() { return ParseStepRecords(bytes()); }
 
+void ReadProgram(const QString &strFile)
+{
+    gfnCompFileReason = &strCompFileReason;
+    ReadCommands(strFile);
+}
+
 QString CompileProgram(const QString &strFile)
 {
     gblnCancel = false;
     ReadProgram(strFile);
     EvaluateCommands();
     return gstrAnalysedReason;
-}
-
-void ReadProgram(const QString &strFile)
-{
-    gfnCompFileReason = &strCompFileReason;
-    ReadCommands(strFile);
 }
 
 void ExpectValidRecords(const AnalysedFileView &v)
@@ -123,17 +129,10 @@ void ExpectMachinePositions(const AnalysedFileView &v, double tieBand)
         const CommandRecord &c = gtypCommands(cmd);
         const double t[3] = {c.sngX * 72.0, c.sngY * 72.0, c.sngZ * 72.0};
         if (c.intType == kCmdRapid || c.intType == kCmdLine) {
+            // Also after an arc, which may leave the machine short of its target.
             for (int a = 0; a < 3; ++a) {
-                // Also after an arc, which may leave the machine short of its target. The
-                // position in mm is a single: its rounding drifts over many moves (a tenth of a
-                // step over thousands of lines), so a target within `tieBand` of a half step
-                // may round to the other neighbour.
-                const double frac = t[a] - std::floor(t[a]);
-                if (std::fabs(frac - 0.5) < tieBand) {
-                    ASSERT_LE(std::llabs(pos[a] - std::llround(t[a])), 1) << c.strText.toStdString();
-                    continue;
-                }
-                ASSERT_EQ(pos[a], std::llround(t[a])) << c.strText.toStdString() << " axis " << a;
+                const int64_t slack = std::fabs(t[a] - std::floor(t[a]) - 0.5) < tieBand ? 1 : 0;
+                ASSERT_LE(std::llabs(pos[a] - std::llround(t[a])), slack) << c.strText.toStdString() << " axis " << a;
             }
         } else if (c.intType == kCmdArcCw || c.intType == kCmdArcCcw) {
             for (int a = 0; a < 2; ++a) {

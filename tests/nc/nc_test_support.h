@@ -1,5 +1,5 @@
-// Test helpers for the step compiler: a clean compiler state, a tool table, a capture of the
-// step records, and a stand-in for the NC reader.
+// Test helpers for the reader and the step compiler: a clean compiler state, a tool table, a
+// capture of the step records, a stand-in for the NC reader and the checks on a compiled file.
 #pragma once
 
 #include "nc/ncxdump.h"
@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <vector>
 
 struct TestTool {
@@ -20,7 +21,7 @@ struct TestTool {
 };
 
 // Every piece of compiler and shared state back to the start; rapid speed 500, no backlash,
-// analysed files kept, the profile built.
+// analysed files kept, the profile built, tool 1 of 3 mm.
 void ResetCompilerState();
 // A clean compiler state before and after each test.
 class CompilerTest : public ::testing::Test {
@@ -28,8 +29,19 @@ protected:
     void SetUp() override { ResetCompilerState(); }
     void TearDown() override { ResetCompilerState(); }
 };
-// Replaces the tool table.
+// Replaces the tool table (end mills).
 void SetTools(const std::vector<TestTool> &tools);
+
+// Runs `f`, which must end in the trap; the report it gave (empty when it did not).
+QString TrapReport(const std::function<void()> &f);
+
+// A small linear congruential generator: the same numbers on every machine.
+struct Lcg {
+    uint32_t s;
+    uint32_t next() { s = s * 1664525u + 1013904223u; return s >> 8; }
+    double uni(double lo, double hi) { return lo + (hi - lo) * (next() / 16777216.0); }
+    int pick(int n) { return static_cast<int>(next() % static_cast<uint32_t>(n)); }
+};
 
 // Opens a scratch file as the analysed file so that flushes have somewhere to go, and reads
 // back every record written (flushed or still buffered).
@@ -57,6 +69,5 @@ void ExpectValidRecords(const AnalysedFileView &v);
 // With no backlash and equal tool offsets: from the first move's target on, every straight move
 // ends on the grid point of its target, every arc at most a step per piece (five) short of it.
 // A target within tieBand of a half step may end on the other neighbour (the single-precision
-// position drifts). Needs the command table of the compilation.
+// position drifts over many moves). Needs the command table of the compilation.
 void ExpectMachinePositions(const AnalysedFileView &v, double tieBand = 0.02);
-

@@ -5,14 +5,8 @@
 #include "nc/commands.h"
 #include "nc/reader.h"
 #include "nc/reader_harness.h"
-#include "support/test_support.h"
-
-#include <gtest/gtest.h>
-
 
 namespace {
-
-const QByteArray kGood = ReaderHarness::program({"N10 T1", "N20 S1000", "N30 G1 X1 Y2 F100", "N40 G2 X3 Y2 I1 J0"});
 
 // The program is still usable: a good file reads cleanly after whatever went before.
 void ExpectUsable(ReaderHarness &h)
@@ -20,22 +14,11 @@ void ExpectUsable(ReaderHarness &h)
     h.install();
     h.corrections.clear();
     gblnCancel = false;
-    ReadCommands(h.write("good.brx", kGood));
+    ReadCommands(h.write("good.brx", ReaderHarness::program({"N10 T1", "N20 S1000", "N30 G1 X1 Y2 F100",
+                                                             "N40 G2 X3 Y2 I1 J0"})));
     EXPECT_EQ(gintReadResult, 0);
     EXPECT_EQ(glngCommandCount, 4);
     EXPECT_TRUE(h.corrections.empty());
-}
-
-const QString kNoPercent =
-    QStringLiteral("The selected file does not have a % sign to indicate the start of the NC code.\r\n");
-
-// Reads the bytes as a file; the one correction text shown, or "<n windows>" when not one.
-QString FaultOf(ReaderHarness &h, const QByteArray &bytes, const QString &name = QStringLiteral("bad.brx"))
-{
-    h.corrections.clear();
-    ReadCommands(h.write(name, bytes));
-    return h.corrections.size() == 1 ? h.corrections[0].errorText
-                                     : QStringLiteral("<%1 windows>").arg(h.corrections.size());
 }
 
 } // namespace
@@ -67,19 +50,53 @@ TEST(ReaderBadInput, MissingFileOrFolderIsToldNotTrapped)
     ExpectUsable(h);
 }
 
-TEST(ReaderBadInput, BinaryFiles)
+// Every line end, a binary file, a NUL and bytes above 127 (Latin-1): the one correction
+// text shown. Random bytes are the fuzz target's.
+TEST(ReaderBadInput, FaultTextWhateverTheBytes)
 {
-    // Random bytes are the fuzz target's; here a file without "%" and a NUL in a command line.
     ReaderHarness h;
-    EXPECT_EQ(FaultOf(h, QByteArray("\x89PNG\r\n\x1a\n\0\0", 10), "image.png"), kNoPercent);
-    // A NUL inside a command line.
+    const QByteArray lf = "junk\n%\n* Billet width 20\nN10 T1\nN20 S1000\nN30 G1 X1 F100\n\nN40 G1 Y1 M3\n";
+    QByteArray cr = lf, crlf = lf, noEnd = lf;
+    cr.replace('\n', '\r');
+    crlf.replace("\n", "\r\n");
+    noEnd.chop(1);
+    const QString m3 = QStringLiteral("N40 G1 Y1 M3\r\nhas a command letter (M) that is not\r\nrecognised by Brantok.\r\n");
     const QString nul(QChar(0));
-    EXPECT_EQ(FaultOf(h, QByteArray("%\r\nN10 T1\0X\r\n", 13)),
-              "Line 2:\r\nN10 T1" + nul + "X\r\nhas an unrecognised character (" + nul + ").\r\n");
+    struct Case {
+        const char *name;
+        QByteArray bytes;
+        QString fault;
+    };
+    const Case cases[] = {
+        {"LF", lf, "Line 8:\r\n" + m3},
+        {"CR", cr, "Line 8:\r\n" + m3},
+        {"CR LF", crlf, "Line 8:\r\n" + m3},
+        {"mixed", "junk\r%\r\n* Billet width 20\nN10 T1\r\nN20 S1000\rN30 G1 X1 F100\n\r\nN40 G1 Y1 M3", "Line 8:\r\n" + m3},
+        {"no end on the last line", noEnd, "Line 8:\r\n" + m3},
+        {"CR CR LF: a CR alone, then a CR LF", "%\r\r\nN40 G1 Y1 M3\r\n", "Line 3:\r\n" + m3},
+        {"an image", QByteArray("\x89PNG\r\n\x1a\n\0\0", 10),
+         "The selected file does not have a % sign to indicate the start of the NC code.\r\n"},
+        {"a NUL in a command line", QByteArray("%\r\nN10 T1\0X\r\n", 13),
+         "Line 2:\r\nN10 T1" + nul + "X\r\nhas an unrecognised character (" + nul + ").\r\n"},
+        {"Latin-1", "%\r\nN10 T1\r\nN20 S1000\r\nN30 G1 X1\xa0Y2\r\n",
+         QStringLiteral(u"Line 4:\r\nN30 G1 X1\u00a0Y2\r\nhas an unrecognised character (\u00a0).\r\n")},
+    };
+    int n = 0;
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        h.corrections.clear();
+        ReadCommands(h.write(QStringLiteral("bad%1.brx").arg(++n), c.bytes));
+        ASSERT_EQ(h.corrections.size(), 1u);
+        EXPECT_EQ(h.corrections[0].errorText, c.fault);
+        if (c.bytes.contains("Billet")) {   // the lines before the fault, whatever their ends
+            EXPECT_EQ(gtypCommands(3).lngLine, 6);
+            EXPECT_EQ(gsngBilletWidth, 20.0f);
+        }
+    }
     ExpectUsable(h);
 }
 
-TEST(ReaderBadInput, LinesOfAHundredThousandCharacters)
+TEST(ReaderBadInput, LongLinesAndBytesAbove127ReadCleanly)
 {
     ReaderHarness h;
     const QString words = QStringLiteral(" X1").repeated(33333);
@@ -91,46 +108,13 @@ TEST(ReaderBadInput, LinesOfAHundredThousandCharacters)
     EXPECT_EQ(gtypCommands(3).strText.size(), 6 + words.size());
     EXPECT_EQ(gstrHeader.size(), 100001 + 2);
 
-    // A number of 100 000 digits is beyond any value: the trap, as the parse overflows.
-    {
-        TrapRecorder trap;
-        EXPECT_THROW(ReadCommands(h.write("longnum.brx", ReaderHarness::program({"N10 G1 X" + QString(100000, u'9')}))),
-                     TrapEnded);
-        EXPECT_EQ(trap.report(), ExpectedTrap("modReader", "sngGetVal", 6, QStringLiteral("Overflow")));
-    }
-    ExpectUsable(h);
-}
-
-TEST(ReaderBadInput, EveryLineEndReadsTheSame)
-{
-    ReaderHarness h;
-    const QByteArray lf = "junk\n%\n* Billet width 20\nN10 T1\nN20 S1000\nN30 G1 X1 F100\n\nN40 G1 Y1 M3\n";
-    struct Case { const char *name; QByteArray bytes; };
-    QByteArray cr = lf, crlf = lf, mixed = lf, noEnd = lf;
-    cr.replace('\n', '\r');
-    crlf.replace("\n", "\r\n");
-    mixed = "junk\r%\r\n* Billet width 20\nN10 T1\r\nN20 S1000\rN30 G1 X1 F100\n\r\nN40 G1 Y1 M3";
-    noEnd.chop(1);
-    for (const Case &c : {Case{"LF", lf}, Case{"CR", cr}, Case{"CR LF", crlf}, Case{"mixed", mixed},
-                          Case{"no end on the last line", noEnd}}) {
-        EXPECT_EQ(FaultOf(h, c.bytes),
-                  QStringLiteral("Line 8:\r\nN40 G1 Y1 M3\r\nhas a command letter (M) that is not\r\nrecognised by Brantok.\r\n"))
-            << c.name;
-        EXPECT_EQ(gtypCommands(3).lngLine, 6) << c.name;
-        EXPECT_EQ(gsngBilletWidth, 20.0f) << c.name;
-    }
-    // CR CR LF: a CR alone, then a CR LF: one empty line between.
-    EXPECT_TRUE(FaultOf(h, "%\r\r\nN10 M3\r\n").startsWith(QStringLiteral("Line 3:")));
-}
-
-TEST(ReaderBadInput, BytesAbove127AreLatin1)
-{
-    ReaderHarness h;
     ReadCommands(h.write("ansi.brx", "%\r\n* Fr\xe4ser \xd8 6 mm\r\nN10 T1\r\nN20 S1000\r\nN30 G1 X1 ' \xb5m\r\n"));
     EXPECT_EQ(gstrHeader, QStringLiteral(u" Fr\u00e4ser \u00d8 6 mm\r\n"));
     EXPECT_EQ(gtypCommands(3).strText, QStringLiteral(u"N30 G1 X1 ' \u00b5m"));
 
-    EXPECT_EQ(FaultOf(h, "%\r\nN10 T1\r\nN20 S1000\r\nN30 G1 X1\xa0Y2\r\n"),
-              QStringLiteral(u"Line 4:\r\nN30 G1 X1\u00a0Y2\r\nhas an unrecognised character (\u00a0).\r\n"));
+    // A number of 100 000 digits is beyond any value: the trap, as the parse overflows.
+    const QString longNum = h.write("longnum.brx", ReaderHarness::program({"N10 G1 X" + QString(100000, u'9')}));
+    EXPECT_EQ(TrapReport([&] { ReadCommands(longNum); }),
+              ExpectedTrap("modReader", "sngGetVal", 6, QStringLiteral("Overflow")));
     ExpectUsable(h);
 }

@@ -3,7 +3,7 @@
 #include "core/state.h"
 #include "nc/commands.h"
 #include "nc/reader.h"
-#include "tools/tooltable.h"
+#include "nc_test_support.h"
 
 #include <QFile>
 
@@ -13,15 +13,7 @@ ReaderHarness::ReaderHarness()
     ResetReader();
     gsngRapidSpeed = 500.0f;
     gblnWoodworker = false;
-    gtypTools.Erase();
-    for (int16_t n : {1, 2, 3, 7}) {
-        ToolData t;
-        t.intNumber = n;
-        t.strType = QStringLiteral("End mill");
-        t.sngDiameter = 3.0f;
-        gtypTools.Append(t);
-    }
-    gintToolCount = 4;
+    SetTools({{1, 3.0f, 0.0f}, {2, 3.0f, 0.0f}, {3, 3.0f, 0.0f}, {7, 3.0f, 0.0f}});
     install();
 }
 

@@ -3,15 +3,11 @@
 #pragma once
 
 #include "core/hooks.h"
+#include "nc_test_support.h"
 
-#include <QByteArray>
-#include <QString>
 #include <QStringList>
-#include <QTemporaryDir>
 
-#include <functional>
 #include <ostream>
-#include <vector>
 
 // Texts in test failures, with CR and LF made visible.
 inline void PrintTo(const QString &s, std::ostream *os)

@@ -5,18 +5,11 @@
 #include "nc/commands.h"
 #include "nc/reader.h"
 #include "nc/reader_harness.h"
-#include "support/test_support.h"
 
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTimer>
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <clocale>
-
-#include <locale.h>
 
 TEST(Reader, GetValTakesTheLeadingNumber)
 {
@@ -37,10 +30,8 @@ TEST(Reader, GetValTakesTheLeadingNumber)
         EXPECT_EQ(sngGetVal(line), c.value) << c.in;
         EXPECT_EQ(line, QString::fromLatin1(c.rest)) << c.in;
     }
-    TrapRecorder trap;
     QString huge = QStringLiteral("1") + QString(39, u'0');
-    EXPECT_THROW(sngGetVal(huge), TrapEnded);
-    EXPECT_EQ(trap.report(), ExpectedTrap("modReader", "sngGetVal", 6, QStringLiteral("Overflow")));
+    EXPECT_EQ(TrapReport([&] { sngGetVal(huge); }), ExpectedTrap("modReader", "sngGetVal", 6, QStringLiteral("Overflow")));
 }
 
 TEST(Reader, HeaderForTheFileChooser)
@@ -137,40 +128,22 @@ TEST(Reader, CancelStopsTheRead)
     EXPECT_TRUE(h.corrections.empty());
 }
 
-TEST(Reader, ValidAnalysedFileSkipsTheText)
-{
-    ReaderHarness h;
-    gfnCompFileReason = [] {
-        gblnAnalysedValid = true;
-        return QString();
-    };
-    gstrHeader = QStringLiteral("* Billet width 9\r\n");
-    ReadCommands(h.write("bad.brx", "%\r\nN10 M3\r\n"));
-    gfnCompFileReason = strNoCompFileReason;
-    EXPECT_TRUE(h.corrections.empty());
-    EXPECT_EQ(gintReadResult, 0);
-    EXPECT_EQ(gsngBilletWidth, 9.0f);   // the billet still comes from the header in hand
-}
-
 TEST(Reader, DecimalPointWhateverTheDesktopLanguage)
 {
     // A desktop in German writes "1,5": the C library then reads "0.5" as 0. Make such a
     // locale if the system has none, and read under it.
     QTemporaryDir locales;
-    const char *names[] = {"de_DE.UTF-8", "de_DE.utf8"};
-    const char *found = nullptr;
-    for (const char *n : names)
-        if (locale_t l = newlocale(LC_NUMERIC_MASK, n, static_cast<locale_t>(nullptr))) {
-            freelocale(l);
-            found = n;
-        }
     const QByteArray oldLocPath = qgetenv("LOCPATH");
+    const char *found = nullptr;
+    for (const char *name : {"de_DE.UTF-8", "de_DE.utf8"})
+        if (!found && setlocale(LC_NUMERIC, name))
+            found = name;
     if (!found && QProcess::execute(QStringLiteral("localedef"), {"-i", "de_DE", "-f", "UTF-8",
                                                                    locales.path() + "/de_DE.UTF-8"}) == 0) {
         qputenv("LOCPATH", locales.path().toLocal8Bit());
-        found = "de_DE.UTF-8";
+        found = setlocale(LC_NUMERIC, "de_DE.UTF-8");
     }
-    if (!found || !setlocale(LC_NUMERIC, found)) {
+    if (!found) {
         qputenv("LOCPATH", oldLocPath);
         GTEST_SKIP() << "no German locale to test with";
     }
