@@ -16,57 +16,45 @@
 
 namespace {
 
-const QString kGoldenDir = QStringLiteral(BRANTOK_SOURCE_DIR "/tests/nc/golden");
+const QString kGoldenDir = QStringLiteral(BRANTOK_SOURCE_DIR "/tests/nc/golden/");
 
-QStringList GoldenCases() { return QDir(kGoldenDir).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name); }
-
-// Compiles one case and returns its dump.
-QString CompileCase(const QString &name)
+// Copies a case's store and program into `dir`; the program's path.
+QString CopyCase(const QString &name, const QString &dir, const QString &storePath)
 {
-    const QString src = kGoldenDir + u'/' + name;
-    ResetCompilerState();
-    TempStore store;
-    store.writeRaw(ReadFileBytes(src + QStringLiteral("/store.ini")));
-    ReadStartSettings();
-    ToolDataLoad();
-    QTemporaryDir work;
-    const QString nc = work.path() + QStringLiteral("/program.brx");
-    WriteFile(nc, ReadFileBytes(src + QStringLiteral("/program.brx")));
-    CompileProgram(nc);
-    EXPECT_EQ(gintReadResult, 0);
-    EXPECT_EQ(gstrAnalysedFile, work.path() + QStringLiteral("/program.ncx"));
-    return strDumpAnalysedFile(ReadFileBytes(gstrAnalysedFile), QStringLiteral("program.ncx"));
+    WriteFile(storePath, ReadFileBytes(kGoldenDir + name + QStringLiteral("/store.ini")));
+    return WriteFile(dir + QStringLiteral("/program.brx"), ReadFileBytes(kGoldenDir + name + QStringLiteral("/program.brx")));
 }
 
 } // namespace
 
 TEST(Golden, EveryCaseCompilesToItsExpectedDump)
 {
-    const QStringList cases = GoldenCases();
+    const QStringList cases = QDir(kGoldenDir).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     ASSERT_GE(cases.size(), 15);
     const bool update = qEnvironmentVariableIntValue("BRANTOK_UPDATE_GOLDEN") == 1;
     for (const QString &name : cases) {
         SCOPED_TRACE(name.toStdString());
-        const QString dump = CompileCase(name);
-        const QString expectedPath = kGoldenDir + u'/' + name + QStringLiteral("/expected.dump");
-        if (update) {
+        ResetCompilerState();
+        TempStore store;
+        QTemporaryDir work;
+        const QString nc = CopyCase(name, work.path(), store.path());
+        ReadStartSettings();
+        ToolDataLoad();
+        CompileProgram(nc);
+        EXPECT_EQ(gintReadResult, 0);
+        EXPECT_EQ(gstrAnalysedFile, work.path() + QStringLiteral("/program.ncx"));
+        const QString dump = strDumpAnalysedFile(ReadFileBytes(gstrAnalysedFile), QStringLiteral("program.ncx"));
+        const QString expectedPath = kGoldenDir + name + QStringLiteral("/expected.dump");
+        if (update)
             WriteFile(expectedPath, dump.toUtf8());
-            continue;
-        }
-        const QString expected = QString::fromUtf8(ReadFileBytes(expectedPath));
-        if (dump == expected)
-            continue;
         // Show the first line that differs, not two walls of text.
-        const QStringList a = dump.split(u'\n'), b = expected.split(u'\n');
-        for (qsizetype i = 0; i < std::max(a.size(), b.size()); ++i) {
-            const QString got = i < a.size() ? a[i] : QStringLiteral("<end>");
-            const QString want = i < b.size() ? b[i] : QStringLiteral("<end>");
-            if (got != want) {
-                ADD_FAILURE() << "line " << i + 1 << "\n  expected: " << want.toStdString()
-                              << "\n  compiled: " << got.toStdString();
-                break;
-            }
-        }
+        const QStringList a = dump.split(u'\n'), b = QString::fromUtf8(ReadFileBytes(expectedPath)).split(u'\n');
+        qsizetype i = 0;
+        while (i < a.size() && i < b.size() && a[i] == b[i])
+            ++i;
+        if (i < a.size() || i < b.size())
+            ADD_FAILURE() << "line " << i + 1 << "\n  expected: " << b.value(i, QStringLiteral("<end>")).toStdString()
+                          << "\n  compiled: " << a.value(i, QStringLiteral("<end>")).toStdString();
     }
 }
 
@@ -75,10 +63,7 @@ TEST(Golden, CommandLineDumpAndCompile)
 {
     QTemporaryDir work;
     const QString store = work.path() + QStringLiteral("/store.ini");
-    const QString src = kGoldenDir + QStringLiteral("/tool_change_offsets");
-    WriteFile(store, ReadFileBytes(src + QStringLiteral("/store.ini")));
-    const QString nc = work.path() + QStringLiteral("/program.brx");
-    WriteFile(nc, ReadFileBytes(src + QStringLiteral("/program.brx")));
+    const QString nc = CopyCase(QStringLiteral("tool_change_offsets"), work.path(), store);
     const QString ncx = work.path() + QStringLiteral("/program.ncx");
 
     // The reason, the file, then the machining time (a second or two for this little program).
@@ -90,7 +75,7 @@ TEST(Golden, CommandLineDumpAndCompile)
         << first.out.toStdString();
     const NcToolRun dump = RunBrantokNc({QStringLiteral("dump"), ncx}, store);
     EXPECT_EQ(dump.exitCode, 0);
-    EXPECT_EQ(dump.out, QString::fromUtf8(ReadFileBytes(src + QStringLiteral("/expected.dump"))));
+    EXPECT_EQ(dump.out, QString::fromUtf8(ReadFileBytes(kGoldenDir + QStringLiteral("tool_change_offsets/expected.dump"))));
     EXPECT_EQ(RunBrantokNc({QStringLiteral("dump"), work.path() + QStringLiteral("/missing.ncx")}, store).exitCode, 1);
 
     // An unknown offset is never compiled into the steps.

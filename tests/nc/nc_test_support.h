@@ -69,5 +69,6 @@ void ExpectValidRecords(const AnalysedFileView &v);
 // With no backlash and equal tool offsets: from the first move's target on, every straight move
 // ends on the grid point of its target, every arc at most a step per piece (five) short of it.
 // A target within tieBand of a half step may end on the other neighbour (the single-precision
-// position drifts over many moves). Needs the command table of the compilation.
+// position drifts over many moves). At the end the position in mm agrees with the steps.
+// Needs the command table of the compilation.
 void ExpectMachinePositions(const AnalysedFileView &v, double tieBand = 0.02);

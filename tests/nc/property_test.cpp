@@ -5,23 +5,15 @@
 #include "core/state.h"
 #include "nc/analysed.h"
 #include "nc/commands.h"
-#include "nc/ncxdump.h"
 
 #include <cmath>
 
 namespace {
 
-struct Rng {
-    uint32_t s;
-    uint32_t next() { s = s * 1664525u + 1013904223u; return s >> 8; }
-    double uni(double lo, double hi) { return lo + (hi - lo) * (next() / 16777216.0); }
-    int pick(int n) { return static_cast<int>(next() % static_cast<uint32_t>(n)); }
-};
-
 QString mm(double v) { return QString::number(std::round(v * 1000) / 1000, 'f', 3); }
 
 // A program of about `moves` motions inside X 0..100, Y 0..80, Z -3..5, coordinates to 0.001 mm.
-QByteArray GenerateProgram(Rng &rng, int moves)
+QByteArray GenerateProgram(Lcg &rng, int moves)
 {
     QString p = QStringLiteral("%\n* generated\nN1 T1\nN2 S1000\nN3 G0 X10 Y10 Z2\n");
     double x = 10, y = 10, z = 2;
@@ -69,23 +61,17 @@ class Properties : public CompilerTest {};
 
 TEST_F(Properties, GeneratedProgramsKeepTheInvariants)
 {
-    Rng rng{2024};
+    Lcg rng{2024};
     QTemporaryDir dir;
     const QString nc = dir.path() + QStringLiteral("/gen.brx");
     for (int prog = 0; prog < 40; ++prog) {
         SCOPED_TRACE(prog);
         ResetCompilerState();
         const bool backlash = prog % 4 == 3;
-        if (backlash) {
-            gintBacklashX = 2;
-            gintBacklashY = 3;
-            gintBacklashZ = 1;
-        }
-        const QByteArray text = GenerateProgram(rng, 30);
-        WriteFile(nc, text);
-        CompileProgram(nc);
-        const QByteArray bytes = ReadFileBytes(gstrAnalysedFile);
-        const AnalysedFileView v = ParseAnalysedFile(bytes);
+        if (backlash)
+            gintBacklashX = 2, gintBacklashY = 3, gintBacklashZ = 1;
+        CompileProgram(WriteFile(nc, GenerateProgram(rng, 30)));
+        const AnalysedFileView v = ParseAnalysedFile(ReadFileBytes(gstrAnalysedFile));
 
         // The trailer equals the length, and the layout holds together.
         ASSERT_TRUE(v.trailerValid);
@@ -93,9 +79,7 @@ TEST_F(Properties, GeneratedProgramsKeepTheInvariants)
         ASSERT_EQ(v.commands.size(), static_cast<size_t>(glngCommandCount));
 
         ExpectValidRecords(v);
-        if (backlash)
-            continue;
-
-        ExpectMachinePositions(v);
+        if (!backlash)
+            ExpectMachinePositions(v);
     }
 }
