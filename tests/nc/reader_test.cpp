@@ -1,6 +1,9 @@
-// The reader's number parse, the file chooser's quick look, the billet size, and the
-// read around the correction window (busy display, cancel, analysed file). Correct and read
-// again is driven through the real window in the files tests.
+// The reader's number parse, the file chooser's quick look, the billet size, the read around
+// the correction window (busy display, cancel), and files that are not what the reader
+// expects: each ends in the reader's message or the trap's report, never a crash, and the
+// next good file still reads. Correct and read again is driven through the real window in
+// the files tests.
+#include "core/msgbox.h"
 #include "core/state.h"
 #include "nc/commands.h"
 #include "nc/reader.h"
@@ -11,18 +14,31 @@
 
 #include <clocale>
 
+namespace {
+
+// The program is still usable: a good file reads cleanly after whatever went before.
+void ExpectUsable(ReaderHarness &h)
+{
+    h.install();
+    h.corrections.clear();
+    gblnCancel = false;
+    ReadCommands(h.write("good.brx", ReaderHarness::program({"N10 T1", "N20 S1000", "N30 G1 X1 Y2 F100",
+                                                             "N40 G2 X3 Y2 I1 J0"})));
+    EXPECT_EQ(gintReadResult, 0);
+    EXPECT_EQ(glngCommandCount, 4);
+    EXPECT_TRUE(h.corrections.empty());
+}
+
+} // namespace
+
 TEST(Reader, GetValTakesTheLeadingNumber)
 {
     struct Case { const char *in; float value; const char *rest; };
     const Case cases[] = {
-        {"  12.5X3", 12.5f, "X3"},
+        {"  12.5X3", 12.5f, "X3"}, {"-", 0.0f, ""}, {"-.5", -0.5f, ""}, {"007 ", 7.0f, ""},
         {"1.2.3 Y", 1.2f, " Y"},     // the rest is trimmed by the next call, not this one
-        {"-", 0.0f, ""},
-        {"-.5", -0.5f, ""},
-        {"X1", 65536.0f, "X1"},
-        {"   ", 65536.0f, ""},
+        {"X1", 65536.0f, "X1"}, {"   ", 65536.0f, ""},
         {"\t5", 65536.0f, "\t5"},    // blanks only are trimmed
-        {"007 ", 7.0f, ""},
         {"+5", 65536.0f, "+5"},      // "+" is no part of a value
     };
     for (const Case &c : cases) {
@@ -53,10 +69,8 @@ TEST(Reader, HeaderForTheFileChooser)
         {"LF and CR line ends", "%\r* a\n* b\r", " a\r\n b\r\n"},
     };
     int n = 0;
-    for (const Case &c : cases) {
-        const QString file = h.write(QStringLiteral("h%1.brx").arg(++n), c.bytes);
-        EXPECT_EQ(strHeader(file), QString::fromLatin1(c.header)) << c.name;
-    }
+    for (const Case &c : cases)
+        EXPECT_EQ(strHeader(h.write(QStringLiteral("h%1.brx").arg(++n), c.bytes)), QString::fromLatin1(c.header)) << c.name;
     EXPECT_EQ(strHeader(h.write("x", "") + QStringLiteral(".missing")), QString());
 }
 
@@ -76,32 +90,21 @@ TEST(Reader, BilletSizeFromTheHeader)
         ResetSharedState();
         gstrHeader = QString::fromLatin1(c.header);
         GetBilletSize();
-        EXPECT_EQ(gsngBilletLength, c.length) << c.header;
-        EXPECT_EQ(gsngBilletWidth, c.width) << c.header;
-        EXPECT_EQ(gsngBilletDepth, c.depth) << c.header;
+        EXPECT_EQ(std::make_tuple(gsngBilletLength, gsngBilletWidth, gsngBilletDepth),
+                  std::make_tuple(c.length, c.width, c.depth)) << c.header;
     }
 }
 
-TEST(Reader, CleanReadLeavesHeaderBilletAndBusyDisplay)
+TEST(Reader, CleanReadLeavesHeaderAndBusyDisplay)
 {
     ReaderHarness h;
-    const QString file = h.write("ok.brx", "junk\r\n%\r\n* Bracket\r\n* Billet length 50\r\n* Billet width 40\r\n"
-                                           "* Billet depth 6\r\nN10 T3\r\nN20 S1500\r\nN30 G1 X1 Y1 Z-1 F90\r\n");
-    ReadCommands(file);
+    ReadCommands(h.write("ok.brx", "junk\r\n%\r\n* Bracket\r\n* Billet length 50\r\nN10 T3\r\nN20 S1500\r\n"
+                                   "N30 G1 X1 Y1 Z-1 F90\r\n"));
     EXPECT_EQ(gintReadResult, 0);
-    EXPECT_EQ(gstrNCFile, file);
-    EXPECT_EQ(gstrHeader, QStringLiteral(" Bracket\r\n Billet length 50\r\n Billet width 40\r\n Billet depth 6\r\n"));
-    EXPECT_EQ(gsngBilletLength, 50.0f);
-    EXPECT_EQ(gstrAnalysedReason, QStringLiteral("the setting 'Retain calculated Mill steps' is turned off"));
+    EXPECT_EQ(glngCommandCount, 3);
+    EXPECT_EQ(gstrHeader, QStringLiteral(" Bracket\r\n Billet length 50\r\n"));
     // The file checks, then the read; the wizard's next step stops the display.
     EXPECT_EQ(h.busy, QStringList({"start Performing file checks", "start Reading CNC file"}));
-    EXPECT_EQ(glngCommandCount, 3);
-
-    // A second read starts from empty tables.
-    ReadCommands(file);
-    EXPECT_EQ(glngCommandCount, 3);
-    EXPECT_EQ(gintUsedToolCount, 1);
-
     // A fault stops the busy display before the window shows.
     h.busy.clear();
     ReadCommands(h.write("bad.brx", "%\r\nN10 M3\r\n"));
@@ -111,13 +114,11 @@ TEST(Reader, CleanReadLeavesHeaderBilletAndBusyDisplay)
 TEST(Reader, CancelStopsTheRead)
 {
     ReaderHarness h;
-    const QString file = h.write("ok.brx", ReaderHarness::program({"N10 T1", "N20 S1000", "N30 G1 X1"}));
     // Cancelled before the read: nothing is parsed.
     gblnCancel = true;
-    ReadCommands(file);
+    ReadCommands(h.write("ok.brx", ReaderHarness::program({"N10 T1", "N20 S1000", "N30 G1 X1"})));
     EXPECT_EQ(gintReadResult, 1);
     EXPECT_EQ(glngCommandCount, 0);
-
     // Cancelled by the operator while the read pumps events after the first command line:
     // the read ends there and no whole-file check runs.
     gblnCancel = false;
@@ -154,4 +155,96 @@ TEST(Reader, DecimalPointWhateverTheDesktopLanguage)
     EXPECT_TRUE(h.corrections.empty());
     EXPECT_EQ(gtypCommands(3).sngX, 1.5f);
     EXPECT_EQ(gsngBilletLength, 12.5f);
+}
+
+TEST(ReaderBadInput, MissingFileOrFolderIsToldNotTrapped)
+{
+    ReaderHarness h;
+    {
+        ScriptedBoxes boxes;
+        const QString missing = h.write("x.brx", "") + QStringLiteral(".gone");
+        ReadCommands(missing);
+        ASSERT_EQ(boxes.shown().size(), 1u);
+        EXPECT_EQ(boxes.last().text, QStringLiteral("Cannot find file ") + missing);
+        EXPECT_EQ(boxes.last().title, QStringLiteral("File not found"));
+        EXPECT_EQ(gintReadResult, 1);   // back to the menu, as after a cancel
+        EXPECT_EQ(h.busy.last(), QStringLiteral("stop"));
+
+        boxes.clear();
+        const QString folder = QFileInfo(missing).absolutePath();
+        ReadCommands(folder);
+        ASSERT_EQ(boxes.shown().size(), 1u);
+        EXPECT_EQ(boxes.last().text, QStringLiteral("Cannot read file ") + folder + "\r\nPath/File access error");
+        EXPECT_EQ(boxes.last().title, QStringLiteral("File not readable"));
+
+        boxes.clear();
+        ReadCommands(QString());
+        EXPECT_EQ(boxes.shown().size(), 1u);
+    }
+    ExpectUsable(h);
+}
+
+// Every line end, a binary file, a NUL and bytes above 127 (Latin-1): the one correction
+// text shown. Random bytes are the fuzz target's.
+TEST(ReaderBadInput, FaultTextWhateverTheBytes)
+{
+    ReaderHarness h;
+    const QByteArray lf = "junk\n%\n* Billet width 20\nN10 T1\nN20 S1000\nN30 G1 X1 F100\n\nN40 G1 Y1 M3\n";
+    QByteArray cr = lf, crlf = lf, noEnd = lf;
+    cr.replace('\n', '\r');
+    crlf.replace("\n", "\r\n");
+    noEnd.chop(1);
+    const QString m3 = QStringLiteral("N40 G1 Y1 M3\r\nhas a command letter (M) that is not\r\nrecognised by Brantok.\r\n");
+    const QString nul(QChar(0));
+    struct Case { const char *name; QByteArray bytes; QString fault; };
+    const Case cases[] = {
+        {"LF", lf, "Line 8:\r\n" + m3},
+        {"CR", cr, "Line 8:\r\n" + m3},
+        {"CR LF", crlf, "Line 8:\r\n" + m3},
+        {"mixed", "junk\r%\r\n* Billet width 20\nN10 T1\r\nN20 S1000\rN30 G1 X1 F100\n\r\nN40 G1 Y1 M3", "Line 8:\r\n" + m3},
+        {"no end on the last line", noEnd, "Line 8:\r\n" + m3},
+        {"CR CR LF: a CR alone, then a CR LF", "%\r\r\nN40 G1 Y1 M3\r\n", "Line 3:\r\n" + m3},
+        {"an image", QByteArray("\x89PNG\r\n\x1a\n\0\0", 10),
+         "The selected file does not have a % sign to indicate the start of the NC code.\r\n"},
+        {"a NUL in a command line", QByteArray("%\r\nN10 T1\0X\r\n", 13),
+         "Line 2:\r\nN10 T1" + nul + "X\r\nhas an unrecognised character (" + nul + ").\r\n"},
+        {"Latin-1", "%\r\nN10 T1\r\nN20 S1000\r\nN30 G1 X1\xa0Y2\r\n",
+         QStringLiteral(u"Line 4:\r\nN30 G1 X1\u00a0Y2\r\nhas an unrecognised character (\u00a0).\r\n")},
+    };
+    int n = 0;
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        h.corrections.clear();
+        ReadCommands(h.write(QStringLiteral("bad%1.brx").arg(++n), c.bytes));
+        ASSERT_EQ(h.corrections.size(), 1u);
+        EXPECT_EQ(h.corrections[0].errorText, c.fault);
+        if (c.bytes.contains("Billet")) {   // the lines before the fault, whatever their ends
+            EXPECT_EQ(gtypCommands(3).lngLine, 6);
+            EXPECT_EQ(gsngBilletWidth, 20.0f);
+        }
+    }
+    ExpectUsable(h);
+}
+
+TEST(ReaderBadInput, LongLinesAndBytesAbove127ReadCleanly)
+{
+    ReaderHarness h;
+    const QString words = QStringLiteral(" X1").repeated(33333);
+    ReadCommands(h.write("long.brx", ReaderHarness::program({"N10 T1", "N20 S1000", "N30 G1" + words,
+                                                             "* " + QString(100000, u'h'), QString(100000, u'G')})));
+    EXPECT_EQ(gintReadResult, 0);
+    EXPECT_TRUE(h.corrections.empty());
+    ASSERT_EQ(glngCommandCount, 3);
+    EXPECT_EQ(gtypCommands(3).strText.size(), 6 + words.size());
+    EXPECT_EQ(gstrHeader.size(), 100001 + 2);
+
+    ReadCommands(h.write("ansi.brx", "%\r\n* Fr\xe4ser \xd8 6 mm\r\nN10 T1\r\nN20 S1000\r\nN30 G1 X1 ' \xb5m\r\n"));
+    EXPECT_EQ(gstrHeader, QStringLiteral(u" Fr\u00e4ser \u00d8 6 mm\r\n"));
+    EXPECT_EQ(gtypCommands(3).strText, QStringLiteral(u"N30 G1 X1 ' \u00b5m"));
+
+    // A number of 100 000 digits is beyond any value: the trap, as the parse overflows.
+    const QString longNum = h.write("longnum.brx", ReaderHarness::program({"N10 G1 X" + QString(100000, u'9')}));
+    EXPECT_EQ(TrapReport([&] { ReadCommands(longNum); }),
+              ExpectedTrap("modReader", "sngGetVal", 6, QStringLiteral("Overflow")));
+    ExpectUsable(h);
 }
