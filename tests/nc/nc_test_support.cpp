@@ -1,6 +1,7 @@
 #include "nc_test_support.h"
 
 #include "core/filenum.h"
+#include "core/hooks.h"
 #include "core/state.h"
 #include "core/vb.h"
 #include "nc/analysed.h"
@@ -37,12 +38,8 @@ void SetTools(const std::vector<TestTool> &tools)
     gtypTools.Erase();
     gintToolCount = 0;
     for (const TestTool &t : tools) {
-        ToolData d;
-        d.intNumber = t.number;
-        d.strType = QStringLiteral("End mill");
-        d.sngDiameter = t.diameter;
-        d.sngOffset = t.offset;
-        gtypTools.Append(d);
+        gtypTools.Append({.intNumber = t.number, .strType = QStringLiteral("End mill"), .sngDiameter = t.diameter,
+                          .sngOffset = t.offset});
         ++gintToolCount;
     }
 }
@@ -146,4 +143,47 @@ void ExpectMachinePositions(const AnalysedFileView &v, double tieBand)
     // drifts, by about a hundredth of a step over 20 000 lines).
     EXPECT_NEAR(gsngCurX * 72.0, pos[0], 0.5);
     EXPECT_NEAR(gsngCurY * 72.0, pos[1], 0.5);
+}
+
+ReaderHarness::ReaderHarness()
+{
+    ResetSharedState();
+    ResetReader();
+    gsngRapidSpeed = 500.0f;
+    gblnWoodworker = false;
+    SetTools({{1, 3.0f, 0.0f}, {2, 3.0f, 0.0f}, {3, 3.0f, 0.0f}, {7, 3.0f, 0.0f}});
+    install();
+}
+
+ReaderHarness::~ReaderHarness()
+{
+    ResetUiHooks();
+    ResetReader();
+    ResetSharedState();
+}
+
+void ReaderHarness::install()
+{
+    uiHooks().correctFile = [this](const QString &file, const QString &errorText, const QString &faultyLine) {
+        corrections.push_back({file, errorText, faultyLine});
+        return QStringLiteral("Cancel");
+    };
+    uiHooks().pageTurnStart = [this](const QString &status) { busy << QStringLiteral("start ") + status; };
+    uiHooks().pageTurnStop = [this] { busy << QStringLiteral("stop"); };
+}
+
+QByteArray ReaderHarness::program(const QStringList &lines)
+{
+    QByteArray out("%\r\n");
+    for (const QString &l : lines)
+        out += l.toLatin1() + "\r\n";
+    return out;
+}
+
+QList<int> UsedTools()
+{
+    QList<int> out;
+    for (int i = 1; i <= gintUsedToolCount; ++i)
+        out << gintUsedTools(i);
+    return out;
 }

@@ -1,5 +1,6 @@
 // Test helpers for the reader and the step compiler: a clean compiler state, a tool table, a
-// capture of the step records, a stand-in for the NC reader and the checks on a compiled file.
+// capture of the step records, a stand-in for the NC reader, the checks on a compiled file,
+// and a stage for the reader with a correction window that records what it was asked to show.
 #pragma once
 
 #include "nc/ncxdump.h"
@@ -7,12 +8,20 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <ostream>
 #include <vector>
+
+// Texts in test failures, with CR and LF made visible.
+inline void PrintTo(const QString &s, std::ostream *os)
+{
+    *os << '"' << QString(s).replace(u'\r', QStringLiteral("\\r")).replace(u'\n', QStringLiteral("\\n")).toStdString() << '"';
+}
 
 struct TestTool {
     int16_t number;
@@ -72,3 +81,32 @@ void ExpectValidRecords(const AnalysedFileView &v);
 // position drifts over many moves). At the end the position in mm agrees with the steps.
 // Needs the command table of the compilation.
 void ExpectMachinePositions(const AnalysedFileView &v, double tieBand = 0.02);
+
+struct ShownCorrection {
+    QString file;
+    QString errorText;    // what txtError would show
+    QString faultyLine;   // what is marked red
+};
+
+// NC files in a temporary folder, rapid 500 mm/min, not a WoodWorker, tools 1, 2, 3 and 7, and
+// a correction window that answers "Cancel"; the console hooks and shared state back after.
+class ReaderHarness {
+public:
+    ReaderHarness();
+    ~ReaderHarness();
+    // (Re)installs the recording hooks; a TrapRecorder going out of scope removes them.
+    void install();
+    // Writes the bytes to a file of the temporary folder and returns its path.
+    QString write(const QString &name, const QByteArray &bytes) { return WriteFile(m_dir.filePath(name), bytes); }
+    // "%" and the lines, each ended CR LF.
+    static QByteArray program(const QStringList &lines);
+
+    std::vector<ShownCorrection> corrections;
+    QStringList busy;   // "start Reading CNC file", "stop"
+
+private:
+    QTemporaryDir m_dir;
+};
+
+// The tool numbers of gintUsedTools, in order.
+QList<int> UsedTools();

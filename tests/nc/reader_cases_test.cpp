@@ -1,9 +1,10 @@
 // The reader over many small programs: every message it can give, word for word, and the
 // table it leaves for the quirks it keeps.
+#include "nc_test_support.h"
+
 #include "core/state.h"
 #include "nc/commands.h"
 #include "nc/reader.h"
-#include "nc/reader_harness.h"
 
 #include <QRegularExpression>
 

@@ -3,11 +3,12 @@
 // expects: each ends in the reader's message or the trap's report, never a crash, and the
 // next good file still reads. Correct and read again is driven through the real window in
 // the files tests.
+#include "nc_test_support.h"
+
 #include "core/msgbox.h"
 #include "core/state.h"
 #include "nc/commands.h"
 #include "nc/reader.h"
-#include "nc/reader_harness.h"
 
 #include <QProcess>
 #include <QTimer>
