@@ -18,41 +18,31 @@
 
 namespace {
 
-const QByteArray kProgram = "%\n"
-                            "* Billet length 50\n"
-                            "N10 T1\n"
-                            "N20 S1000\n"
-                            "N30 G0 X1 Y1 Z1\n"
-                            "N40 G1 Z-0.5 F100\n"
-                            "N50 G1 X3 Y2 F200\n"
-                            "N60 G0 Z2\n";
+const QByteArray kProgram = "%\n* Billet length 50\nN10 T1\nN20 S1000\nN30 G0 X1 Y1 Z1\nN40 G1 Z-0.5 F100\n"
+                            "N50 G1 X3 Y2 F200\nN60 G0 Z2\n";
 const char *const kIncomplete = "the previously analysed version of this NC file is incomplete";
 const char *const kInvalid = "the previously analysed version of this NC file is invalid";
 
 // Tools 1 and 2 (2 is not used by the program), the program beside its analysed file.
 class Analysed : public CompilerTest {
 protected:
-    void SetUp() override { restart(); }
-
-public:
-    void restart()
+    void SetUp() override
     {
         ResetCompilerState();
         SetTools({{1, 3.0f, 0.0f}, {2, 6.0f, 1.25f}});
         WriteFile(m_nc, kProgram);
     }
+    // Changes the analysed file's bytes (without its trailer) and writes a trailer that fits again.
+    void damage(const std::function<void(QByteArray &)> &change)
+    {
+        QByteArray f = ReadFileBytes(m_ncx);
+        f.chop(4);
+        change(f);
+        WriteFile(m_ncx, f + strLongToLongString(static_cast<int32_t>(f.size() + 4)));
+    }
     QTemporaryDir m_dir;
     QString m_nc = m_dir.filePath(QStringLiteral("part.brx")), m_ncx = m_dir.filePath(QStringLiteral("part.ncx"));
 };
-
-// Changes the analysed file's bytes (without its trailer) and writes a trailer that fits again.
-void damage(Analysed &t, const std::function<void(QByteArray &)> &change)
-{
-    QByteArray f = ReadFileBytes(t.m_ncx);
-    f.chop(4);
-    change(f);
-    WriteFile(t.m_ncx, f + strLongToLongString(static_cast<int32_t>(f.size() + 4)));
-}
 
 } // namespace
 
@@ -79,39 +69,30 @@ TEST_F(Analysed, SameFileTwiceIsNotReadOrCompiledAgain)
 // stale file is gone, or (no reason) the file is still trusted.
 TEST_F(Analysed, EveryChangeGivesItsReasonAndDeletesTheFile)
 {
-    struct Row {
-        const char *reason;
-        std::function<void(Analysed &)> change;
-    };
+    struct Row { const char *reason; std::function<void()> change; };
     const Row rows[] = {
-        {"the NC file has been changed",
-         [](Analysed &t) { QByteArray p = kProgram; p[p.indexOf("F200") + 3] = '1'; WriteFile(t.m_nc, p); }},
-        {kIncomplete, [](Analysed &t) { QByteArray f = ReadFileBytes(t.m_ncx); f.chop(4); WriteFile(t.m_ncx, f); }},
-        {kInvalid, [](Analysed &t) { WriteFile(t.m_ncx, ReadFileBytes(t.m_ncx).left(8)); }},
+        {"the NC file has been changed", [this] { WriteFile(m_nc, QByteArray(kProgram).replace("F200", "F201")); }},
+        {kIncomplete, [this] { WriteFile(m_ncx, ReadFileBytes(m_ncx).chopped(4)); }},
+        {kInvalid, [this] { WriteFile(m_ncx, ReadFileBytes(m_ncx).left(8)); }},
         // Damage inside a file whose trailer still matches: the table and the records must fit.
-        {kInvalid, [](Analysed &t) { damage(t, [](QByteArray &f) { f[34] = 7; }); }},         // command count
-        {kInvalid, [](Analysed &t) { damage(t, [](QByteArray &f) { f[38] = 0x7F; }); }},      // a text's length
-        {kInvalid, [](Analysed &t) { damage(t, [](QByteArray &f) { f.chop(8); }); }},         // no end marker
-        {"the Rapid Traverse Speed has been changed", [](Analysed &) { gsngRapidSpeed = 475.0f; }},
-        {"the Backlash compensation values have been changed", [](Analysed &) { gintBacklashZ = 1; }},
-        {"Tool 1 has a new diameter", [](Analysed &) { gtypTools(1).sngDiameter = 3.01f; }},
-        {"Tool 1 can no longer be found", [](Analysed &) { gtypTools(1).intNumber = 7; }},
-        {"Tool 1 has a new offset", [](Analysed &) { gtypTools(1).sngOffset = gintToolUnknownOffset; }},
+        {kInvalid, [this] { damage([](QByteArray &f) { f[34] = 7; }); }},      // command count
+        {kInvalid, [this] { damage([](QByteArray &f) { f[38] = 0x7F; }); }},   // a text's length
+        {kInvalid, [this] { damage([](QByteArray &f) { f.chop(8); }); }},      // no end marker
+        {"the Rapid Traverse Speed has been changed", [] { gsngRapidSpeed = 475.0f; }},
+        {"the Backlash compensation values have been changed", [] { gintBacklashZ = 1; }},
+        {"Tool 1 has a new diameter", [] { gtypTools(1).sngDiameter = 3.01f; }},
+        {"Tool 1 can no longer be found", [] { gtypTools(1).intNumber = 7; }},
+        {"Tool 1 has a new offset", [] { gtypTools(1).sngOffset = gintToolUnknownOffset; }},
         // What does not reach the steps does not count: an unused tool, a rapid speed that
         // rounds to the same 50000, the WoodWorker and rapid-dot settings.
-        {"", [](Analysed &) {
-             gtypTools(2).sngOffset = 9.0f;
-             gsngRapidSpeed = 500.004f;
-             gblnWoodworker = true;
-             gblnRapidUseDot = false;
-         }},
+        {"", [] { gtypTools(2).sngOffset = 9.0f, gsngRapidSpeed = 500.004f, gblnWoodworker = true, gblnRapidUseDot = false; }},
     };
     for (const Row &r : rows) {
         SCOPED_TRACE(r.reason);
-        restart();
+        SetUp();
         CompileProgram(m_nc);
         ASSERT_TRUE(QFileInfo::exists(m_ncx));
-        r.change(*this);
+        r.change();
         ReadProgram(m_nc);
         EXPECT_EQ(gstrAnalysedReason, QString::fromLatin1(r.reason));
         EXPECT_EQ(gblnAnalysedValid, !*r.reason);
@@ -123,11 +104,10 @@ TEST_F(Analysed, KeepFilesOffWritesTheFileButNeverTrustsIt)
 {
     gblnKeepFiles = false;
     EXPECT_EQ(CompileProgram(m_nc), QStringLiteral("the setting 'Retain calculated Mill steps' is turned off"));
-    EXPECT_EQ(ReadFileBytes(m_ncx).left(16), QByteArray(16, ' '));
     ReadProgram(m_nc);
     EXPECT_FALSE(gblnAnalysedValid);
     EXPECT_TRUE(QFileInfo::exists(m_ncx));  // left on disk, overwritten by the next compilation
-    // Turned on again: the blanks are not the digest.
+    // Turned on again: the file's blank digest is not the program's.
     gblnKeepFiles = true;
     ReadProgram(m_nc);
     EXPECT_EQ(gstrAnalysedReason, QStringLiteral("the NC file has been changed"));
@@ -147,7 +127,7 @@ TEST_F(Analysed, CancelLeavesAFileWithoutTrailerOnlyWhenFilesAreKept)
 {
     for (bool keep : {true, false}) {
         SCOPED_TRACE(keep);
-        restart();
+        SetUp();
         gblnKeepFiles = keep;
         QFile::remove(m_ncx);
         uiHooks().progress = [](int16_t) { gblnCancel = true; };  // Esc at the first move
@@ -175,19 +155,6 @@ TEST_F(Analysed, MachineStateIsPutBack)
     EXPECT_EQ(std::make_tuple(gintLastDirX, gintLastDirY, gintLastDirZ), std::make_tuple(1, -1, 1));
     // The program's own end state stays for the stream to continue from.
     EXPECT_EQ(gsngCurZ, 2.0f);
-}
-
-TEST_F(Analysed, AG1AheadOfTheFirstG0GoesToTheUnsetCoordinates)
-{
-    // Y and Z are still 300.0 (not programmed): the cut is compiled as a move there.
-    WriteFile(m_nc, "%\nN1 T1\nN2 S1000\nN3 G1 X1 F100\nN4 G0 X1 Y1 Z1\n");
-    CompileProgram(m_nc);
-    int64_t x = 0, z = 0;
-    for (const auto &r : ParseAnalysedFile(ReadFileBytes(m_ncx)).records)
-        if (r.command == 3)
-            x += r.dx(), z += r.dz();
-    EXPECT_EQ(x, 72);
-    EXPECT_EQ(z, 21600);
 }
 
 TEST_F(Analysed, AProgramWithNoPathDividesByZeroIntoTheTrap)

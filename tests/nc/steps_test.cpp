@@ -1,7 +1,6 @@
-// Step encoding and line stepping: the bytes of a record, the timer one step behind, the
-// first move, the buffer and the position count; the acceleration profile, the ramp, the
-// index left behind and the tool correction. Whole step streams (climb and hold, run-on,
-// the stops, backlash, feed 0, the tool-change record) are pinned by the golden files.
+// Step encoding and line stepping: the bytes of a record, the first move, the buffer and the
+// position count; the acceleration profile, the ramp and the tool correction. Whole step
+// streams (climb and hold, run-on, the stops, backlash, feed 0) are golden files.
 #include "nc_test_support.h"
 
 #include "core/filenum.h"
@@ -25,15 +24,8 @@ class LineStep : public CompilerTest {};
 // hi, code), the timer it leaves.
 TEST_F(StepCode, ComposedStepTable)
 {
-    struct Row {
-        const char *what;
-        int32_t timerBefore;
-        int16_t x, y, z;
-        float sx, sy, sz;
-        int16_t type;
-        const char *hex;
-        int32_t timerAfter;
-    };
+    struct Row { const char *what; int32_t timerBefore; int16_t x, y, z; float sx, sy, sz; int16_t type; const char *hex;
+                 int32_t timerAfter; };
     const Row rows[] = {
         {"first step of a compilation carries -1 as 255, 0; one axis at rapid sets bit 0",
          -1, 1, 0, 0, 500, 0, 0, 2, "24ff002d", 64000},
@@ -145,11 +137,7 @@ TEST_F(LineStep, ProfileEndsExactlyAtRapid)
 // A rapid whose profile falls short runs off the table; a count beyond 16 bits overflows.
 TEST_F(LineStep, RunsOffTheProfileOrPast16BitsIntoTheTrap)
 {
-    struct Row {
-        float rapid, x;
-        int number;
-        const char *description;
-    };
+    struct Row { float rapid, x; int number; const char *description; };
     // 0.24 * 510 = 122.4 entries: the last stays below 510. 460 mm are 33120 steps.
     for (const Row &r : {Row{510, 50, 9, "Subscript out of range"}, Row{500, 460, 6, "Overflow"}}) {
         SCOPED_TRACE(r.description);
@@ -173,11 +161,7 @@ TEST_F(LineStep, MoveBelowHalfAStepIsDropped)
 // the next move (odd: one above rest). Seven steps are in the golden files.
 TEST_F(LineStep, ShortMovesMakeATriangle)
 {
-    struct Row {
-        int steps;
-        std::vector<int> index;
-        int left;
-    };
+    struct Row { int steps; std::vector<int> index; int left; };
     for (const Row &r : {Row{10, {1, 2, 3, 4, 5, 5, 4, 3, 2, 1}, 0}, Row{1, {1}, 1}}) {
         SCOPED_TRACE(r.steps);
         ResetCompilerState();
@@ -197,10 +181,7 @@ TEST_F(LineStep, ShortMovesMakeATriangle)
 TEST_F(LineStep, ToolCorrectionMovesZFirstAndKeepsTheProgrammedZ)
 {
     StepCapture cap;
-    gsngCurZ = 5.0f;
-    gsngOldToolOffset = 1.0f;
-    gsngToolOffset = 3.5f;
-    gblnToolOffsetPending = true;
+    gsngCurZ = 5.0f, gsngOldToolOffset = 1.0f, gsngToolOffset = 3.5f, gblnToolOffsetPending = true;
     BuffMakeline(2, 1, 0, 5, 300, false);  // command 1 would not count: -glngFirstMove
     const auto recs = cap.records();
     ASSERT_EQ(recs.size(), 180u + 72u);
@@ -213,9 +194,7 @@ TEST_F(LineStep, ToolCorrectionMovesZFirstAndKeepsTheProgrammedZ)
 TEST_F(LineStep, ZLineRampsSymmetricallyAndTakesUpThePlayDownward)
 {
     StepCapture cap;
-    gintBacklashZ = 2;
-    gintPlayZ = 2;
-    gintLastDirZ = -1;
+    gintBacklashZ = 2, gintPlayZ = 2, gintLastDirZ = -1;
     BuffMakeZline(2, 3 / 72.0f, 300);
     const auto recs = cap.records();
     ASSERT_EQ(recs.size(), 2u + 3u + 2u);
