@@ -53,7 +53,6 @@ QString TrapReport(const std::function<void()> &f)
 
 StepCapture::StepCapture()
 {
-    m_path = m_dir.path() + QStringLiteral("/capture.ncx");
     gintAnalysedFile = FreeFile();
     FileOpen(gintAnalysedFile, m_path, FileMode::Output);
 }
@@ -64,13 +63,11 @@ StepCapture::~StepCapture()
     gintAnalysedFile = 0;
 }
 
-QByteArray StepCapture::bytes()
+std::vector<StepRecordView> StepCapture::records()
 {
     FileOf(gintAnalysedFile).flush();
-    return ReadFileBytes(m_path) + gstrStepBuffer.bytes();
+    return ParseStepRecords(ReadFileBytes(m_path) + gstrStepBuffer.bytes());
 }
-
-std::vector<StepRecordView> StepCapture::records() { return ParseStepRecords(bytes()); }
 
 void ReadProgram(const QString &strFile)
 {
@@ -170,14 +167,6 @@ void ReaderHarness::install()
     };
     uiHooks().pageTurnStart = [this](const QString &status) { busy << QStringLiteral("start ") + status; };
     uiHooks().pageTurnStop = [this] { busy << QStringLiteral("stop"); };
-}
-
-QByteArray ReaderHarness::program(const QStringList &lines)
-{
-    QByteArray out("%\r\n");
-    for (const QString &l : lines)
-        out += l.toLatin1() + "\r\n";
-    return out;
 }
 
 QList<int> UsedTools()

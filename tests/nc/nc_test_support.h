@@ -23,11 +23,7 @@ inline void PrintTo(const QString &s, std::ostream *os)
     *os << '"' << QString(s).replace(u'\r', QStringLiteral("\\r")).replace(u'\n', QStringLiteral("\\n")).toStdString() << '"';
 }
 
-struct TestTool {
-    int16_t number;
-    float diameter;
-    float offset;
-};
+struct TestTool { int16_t number; float diameter, offset; };
 
 // Every piece of compiler and shared state back to the start; rapid speed 500, no backlash,
 // analysed files kept, the profile built, tool 1 of 3 mm.
@@ -59,11 +55,10 @@ public:
     StepCapture();
     ~StepCapture();
     std::vector<StepRecordView> records();
-    QByteArray bytes();
 
 private:
     QTemporaryDir m_dir;
-    QString m_path;
+    QString m_path = m_dir.filePath(QStringLiteral("capture.ncx"));
 };
 
 // What the program does before machining: the analysed-file check, then (if the file is not
@@ -99,7 +94,7 @@ public:
     // Writes the bytes to a file of the temporary folder and returns its path.
     QString write(const QString &name, const QByteArray &bytes) { return WriteFile(m_dir.filePath(name), bytes); }
     // "%" and the lines, each ended CR LF.
-    static QByteArray program(const QStringList &lines);
+    static QByteArray program(const QStringList &lines) { return ("%\r\n" + lines.join("\r\n") + "\r\n").toLatin1(); }
 
     std::vector<ShownCorrection> corrections;
     QStringList busy;   // "start Reading CNC file", "stop"

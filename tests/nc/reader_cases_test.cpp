@@ -28,8 +28,6 @@ QStringList TS(const QStringList &rest)
     return QStringList{QStringLiteral("N10 T1"), QStringLiteral("N20 S1000")} + rest;
 }
 
-const CommandRecord &Cmd(int i) { return gtypCommands(i); }
-
 // Checks the command table against a spec such as "#3 3V500 3X2.5" (see the clean cases).
 void ExpectFields(const QString &spec)
 {
@@ -39,20 +37,13 @@ void ExpectFields(const QString &spec)
             EXPECT_EQ(glngCommandCount, t.mid(1).toInt());
             continue;
         }
-        const int at = static_cast<int>(t.indexOf(QRegularExpression(QStringLiteral("[A-Z]"))));
-        const CommandRecord &c = Cmd(t.left(at).toInt());
-        const float want = t.mid(at + 1).toFloat();
-        switch (t[at].toLatin1()) {
-        case 'T': EXPECT_EQ(c.intType, want); break;
-        case 'V': EXPECT_EQ(c.sngValue, want); break;
-        case 'X': EXPECT_EQ(c.sngX, want); break;
-        case 'Y': EXPECT_EQ(c.sngY, want); break;
-        case 'Z': EXPECT_EQ(c.sngZ, want); break;
-        case 'I': EXPECT_EQ(c.sngI, want); break;
-        case 'R': EXPECT_EQ(c.sngR, want); break;
-        case 'L': EXPECT_EQ(c.lngLine, want); break;
-        default: ADD_FAILURE() << "unknown field";
-        }
+        const qsizetype at = t.indexOf(QRegularExpression(QStringLiteral("[A-Z]")));
+        const CommandRecord &c = gtypCommands(t.left(at).toInt());
+        const float fields[] = {static_cast<float>(c.intType), c.sngValue, c.sngX, c.sngY, c.sngZ, c.sngI, c.sngR,
+                                static_cast<float>(c.lngLine)};
+        const qsizetype field = QStringLiteral("TVXYZIRL").indexOf(t[at]);
+        ASSERT_GE(field, 0) << "unknown field";
+        EXPECT_EQ(fields[field], t.mid(at + 1).toFloat());
     }
 }
 
@@ -113,14 +104,14 @@ std::vector<Case> Cases()
       "2X300 3X1 3Y2 3Z300 4T2 4Z-1 4X1 5T4 5I2 6T4 6I0 6R3 6V100");
     C("P stays as the modal X", P(TS({"N30 G1 X1 F100", "N40 G4 P2", "N50 G1 Y5"})), "4X2 5X2 5Y5");
     C("comment cut, strText keeps it", P(TS({"N40 G1 X1 ' go X9 M3 g", "N41 G1 Y1'"})), "3X1 4Y1",
-      [] { EXPECT_EQ(Cmd(3).strText, QStringLiteral("N40 G1 X1 ' go X9 M3 g")); });
+      [] { EXPECT_EQ(gtypCommands(3).strText, QStringLiteral("N40 G1 X1 ' go X9 M3 g")); });
     // Nothing is copied into an N line alone, although the working type is 2.
     C("N50 alone: zero-filled entries", P({"N50", "N10 T1", "N20 S1000", "N30 G1 X1 F100", "N60"}), "#5 1T0 1L0 5T0 5X0",
-      [] { EXPECT_EQ(Cmd(1).strText, QString()); });
+      [] { EXPECT_EQ(gtypCommands(1).strText, QString()); });
     C("lines without N and header lines anywhere", P(TS({"G1 X5", "* late header", "", "N30 G1 X1 F10"})), "#3 3L7",
       [] { EXPECT_EQ(gstrHeader, QStringLiteral(" late header\r\n")); });
     C("trailing control characters and blanks go from strText", P(TS({"N30 G1 X1 F10\t \x01"})), "",
-      [] { EXPECT_EQ(Cmd(3).strText, QStringLiteral("N30 G1 X1 F10")); });
+      [] { EXPECT_EQ(gtypCommands(3).strText, QStringLiteral("N30 G1 X1 F10")); });
     C("N number: any, or none", P(TS({"N G1 X1 F1", "N5 G1 X2"})), "#4");
     C("tools listed once, in order of first use", P({"N1 T2", "N2 S100", "N3 G1 X1", "N4 T1", "N5 G1 X2", "N6 T2", "N7 T7"}),
       "", [] { EXPECT_EQ(UsedTools(), QList<int>({2, 1, 7})); });
