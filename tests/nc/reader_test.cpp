@@ -158,29 +158,25 @@ TEST(Reader, DecimalPointWhateverTheDesktopLanguage)
     EXPECT_EQ(gsngBilletLength, 12.5f);
 }
 
+// Back to the menu as after a cancel, the busy display stopped.
 TEST(ReaderBadInput, MissingFileOrFolderIsToldNotTrapped)
 {
     ReaderHarness h;
-    {
-        ScriptedBoxes boxes;
-        const QString missing = h.write("x.brx", "") + QStringLiteral(".gone");
-        ReadCommands(missing);
-        ASSERT_EQ(boxes.shown().size(), 1u);
-        EXPECT_EQ(boxes.last().text, QStringLiteral("Cannot find file ") + missing);
-        EXPECT_EQ(boxes.last().title, QStringLiteral("File not found"));
-        EXPECT_EQ(gintReadResult, 1);   // back to the menu, as after a cancel
+    const QString missing = h.write("x.brx", "") + QStringLiteral(".gone"), folder = QFileInfo(missing).absolutePath();
+    struct Case { QString path, text, title; };
+    const Case cases[] = {{missing, "Cannot find file " + missing, "File not found"},
+                          {folder, "Cannot read file " + folder + "\r\nPath/File access error", "File not readable"},
+                          {QString(), "Cannot find file ", "File not found"}};
+    ScriptedBoxes boxes;
+    for (const Case &c : cases) {
+        boxes.clear();
+        h.busy.clear();
+        ReadCommands(c.path);
+        ASSERT_EQ(boxes.shown().size(), 1u) << c.text.toStdString();
+        EXPECT_EQ(boxes.last().text, c.text);
+        EXPECT_EQ(boxes.last().title, c.title);
+        EXPECT_EQ(gintReadResult, 1);
         EXPECT_EQ(h.busy.last(), QStringLiteral("stop"));
-
-        boxes.clear();
-        const QString folder = QFileInfo(missing).absolutePath();
-        ReadCommands(folder);
-        ASSERT_EQ(boxes.shown().size(), 1u);
-        EXPECT_EQ(boxes.last().text, QStringLiteral("Cannot read file ") + folder + "\r\nPath/File access error");
-        EXPECT_EQ(boxes.last().title, QStringLiteral("File not readable"));
-
-        boxes.clear();
-        ReadCommands(QString());
-        EXPECT_EQ(boxes.shown().size(), 1u);
     }
     ExpectUsable(h);
 }
