@@ -6,8 +6,6 @@
 #include "nc/ncxdump.h"
 #include "support/test_support.h"
 
-#include <QByteArray>
-#include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -70,18 +68,12 @@ QString CompileProgram(const QString &strFile);
 // Codes 0..85 for steps and agreeing with the flags, 160 and 176 for speed and tool records,
 // the end marker last.
 void ExpectValidRecords(const AnalysedFileView &v);
-// With no backlash and equal tool offsets: from the first move's target on, every straight move
-// ends on the grid point of its target, every arc at most a step per piece (five) short of it.
-// A target within tieBand of a half step may end on the other neighbour (the single-precision
-// position drifts over many moves). At the end the position in mm agrees with the steps.
-// Needs the command table of the compilation.
+// With no backlash and equal tool offsets (and the command table of the compilation): from the
+// first move on, every straight move ends on the grid point of its target (within tieBand of a
+// half step, either neighbour), every arc at most five steps short; the mm agree with the steps.
 void ExpectMachinePositions(const AnalysedFileView &v, double tieBand = 0.02);
 
-struct ShownCorrection {
-    QString file;
-    QString errorText;    // what txtError would show
-    QString faultyLine;   // what is marked red
-};
+struct ShownCorrection { QString file, errorText, faultyLine; };   // txtError's text, the line marked red
 
 // NC files in a temporary folder, rapid 500 mm/min, not a WoodWorker, tools 1, 2, 3 and 7, and
 // a correction window that answers "Cancel"; the console hooks and shared state back after.

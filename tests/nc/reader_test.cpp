@@ -181,25 +181,17 @@ TEST(ReaderBadInput, MissingFileOrFolderIsToldNotTrapped)
     ExpectUsable(h);
 }
 
-// Every line end, a binary file, a NUL and bytes above 127 (Latin-1): the one correction
-// text shown. Random bytes are the fuzz target's.
+// Mixed line ends (each alone is the text file's), a binary file, a NUL and bytes above 127
+// (Latin-1): the one correction text shown. Random bytes are the fuzz target's.
 TEST(ReaderBadInput, FaultTextWhateverTheBytes)
 {
     ReaderHarness h;
-    const QByteArray lf = "junk\n%\n* Billet width 20\nN10 T1\nN20 S1000\nN30 G1 X1 F100\n\nN40 G1 Y1 M3\n";
-    QByteArray cr = lf, crlf = lf, noEnd = lf;
-    cr.replace('\n', '\r');
-    crlf.replace("\n", "\r\n");
-    noEnd.chop(1);
     const QString m3 = QStringLiteral("N40 G1 Y1 M3\r\nhas a command letter (M) that is not\r\nrecognised by Brantok.\r\n");
     const QString nul(QChar(0));
     struct Case { const char *name; QByteArray bytes; QString fault; };
     const Case cases[] = {
-        {"LF", lf, "Line 8:\r\n" + m3},
-        {"CR", cr, "Line 8:\r\n" + m3},
-        {"CR LF", crlf, "Line 8:\r\n" + m3},
-        {"mixed", "junk\r%\r\n* Billet width 20\nN10 T1\r\nN20 S1000\rN30 G1 X1 F100\n\r\nN40 G1 Y1 M3", "Line 8:\r\n" + m3},
-        {"no end on the last line", noEnd, "Line 8:\r\n" + m3},
+        {"LF, CR, CR LF, none at the end", "junk\r%\r\n* Billet width 20\nN10 T1\r\nN20 S1000\rN30 G1 X1 F100\n\r\nN40 G1 Y1 M3",
+         "Line 8:\r\n" + m3},
         {"CR CR LF: a CR alone, then a CR LF", "%\r\r\nN40 G1 Y1 M3\r\n", "Line 3:\r\n" + m3},
         {"an image", QByteArray("\x89PNG\r\n\x1a\n\0\0", 10),
          "The selected file does not have a % sign to indicate the start of the NC code.\r\n"},

@@ -13,12 +13,8 @@
 
 #include <cmath>
 
-namespace {
-
 class StepCode : public CompilerTest {};
 class LineStep : public CompilerTest {};
-
-} // namespace
 
 // Each row: the timer left by the step before, the step, the 4 bytes (flags, timer lo, timer
 // hi, code), the timer it leaves. Feed 0, the timer floor, the spindle, tool and end records
@@ -49,39 +45,33 @@ TEST_F(StepCode, ComposedStepTable)
     }
 }
 
+// The position count: the first move's steps are suppressed but counted; a command before
+// any first move (-1 makes command 1 minus it) and a negative number (the lead-in at
+// machining time) are stored but not counted.
 TEST_F(StepCode, RecordsCarryTheCommandAndCountThePosition)
 {
     StepCapture cap;
-    // With no first move yet (-1), command 1 is minus the first move: its steps are not counted.
     SendStepToBuffer(1, 1, 0, 0, 100, 0, 0, 2);
     EXPECT_EQ(glngPosX, 0);
-    glngPosX = 10;
-    SendStepToBuffer(7, 1, 0, -1, 100, 0, -100, 2);
-    SendStepToBuffer(0, 0, 0, 0, 0, 0, 0, 6);
-    const auto recs = cap.records();
-    ASSERT_EQ(recs.size(), 3u);
-    EXPECT_EQ(recs[1].command, 7);
-    EXPECT_EQ(recs[1].dz(), -1);
-    EXPECT_TRUE(recs[2].isNonStep());
-    EXPECT_EQ(glngPosX, 11);
-    EXPECT_EQ(glngPosZ, -1);
-}
-
-TEST_F(StepCode, FirstMoveStepsAreSuppressedButCounted)
-{
-    StepCapture cap;
     glngFirstMove = 3;
     SendStepToBuffer(3, 1, 1, 0, 100, 100, 0, 2);
     SendStepToBuffer(3, 1, 0, 0, 100, 0, 0, 2);
-    EXPECT_TRUE(cap.records().empty());
+    EXPECT_EQ(cap.records().size(), 1u);
     EXPECT_EQ(std::make_pair(glngPosX, glngPosY), std::make_pair(2, 1));
     // The timer still runs: the record after the first move carries the first move's last timer.
     EXPECT_EQ(glngStepTimer, 57856);
-    // A negative number (the lead-in at machining time) is stored but not counted.
+    SendStepToBuffer(7, 1, 0, -1, 100, 0, -100, 2);
+    SendStepToBuffer(0, 0, 0, 0, 0, 0, 0, 6);
     glngFirstMove = -5;
     SendStepToBuffer(5, 1, 0, 0, 100, 0, 0, 2);
-    EXPECT_EQ(cap.records().size(), 1u);
-    EXPECT_EQ(glngPosX, 2);
+    const auto recs = cap.records();
+    ASSERT_EQ(recs.size(), 4u);
+    EXPECT_EQ(recs[1].command, 7);
+    EXPECT_EQ(recs[1].timer, 57856);
+    EXPECT_EQ(recs[1].dz(), -1);
+    EXPECT_TRUE(recs[2].isNonStep());
+    EXPECT_EQ(recs[3].command, 5);
+    EXPECT_EQ(std::make_tuple(glngPosX, glngPosY, glngPosZ), std::make_tuple(3, 1, -1));
 }
 
 TEST_F(StepCode, BufferFlushesAbove2040BytesButNeverOnCommandZero)
@@ -143,14 +133,6 @@ TEST_F(LineStep, RunsOffTheProfileOrPast16BitsIntoTheTrap)
         EXPECT_EQ(TrapReport([&] { BuffMakeline(1, r.x, 0, 0, r.rapid, true); }),
                   ExpectedTrap("modLines", "BuffMakeline", r.number, QString::fromLatin1(r.description)));
     }
-}
-
-TEST_F(LineStep, MoveBelowHalfAStepIsDropped)
-{
-    StepCapture cap;
-    BuffMakeline(1, 1.0f / 144 - 0.0001f, -0.006f, 0.0069f, 100, false);
-    EXPECT_TRUE(cap.records().empty());
-    EXPECT_EQ(gsngCurX, 0.0f);
 }
 
 // Worked by hand from the ramp rule: the profile entry of each step, and the entry left for

@@ -22,11 +22,12 @@ QStringList Lines(const QByteArray &bytes)
 
 } // namespace
 
-// CR, LF and CR LF as the reader sees them are in the reader's own tests; here the edges.
 TEST(TextFile, LineEnds)
 {
     EXPECT_EQ(Lines(""), QStringList());
     EXPECT_EQ(Lines("a\r\n\r\n"), QStringList({"a", ""}));
+    EXPECT_EQ(Lines("a\rb\r"), QStringList({"a", "b"}));
+    EXPECT_EQ(Lines("a\nb"), QStringList({"a", "b"}));
     EXPECT_EQ(Lines("a\n\rb"), QStringList({"a", "", "b"}));   // LF then CR: two ends
 
     // A CR LF split across two reads of the disk is still one line end; a CR at the end of
