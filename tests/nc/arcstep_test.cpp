@@ -45,9 +45,8 @@ Walk RunArc(float sx, float sy, float ex, float ey, float i, float j, float r, i
     return w;
 }
 
-// The arc ends on the step grid near its target: each piece closes on the floor of its chord
-// in steps, so each piece may end up to one step short (towards minus) on each axis, and the
-// pieces add up (at most five). The next move starts from the grid point and corrects it.
+// Each piece closes on the floor of its chord in steps: up to a step short (towards minus) on
+// each axis per piece, at most five. The next move starts from the grid point and corrects it.
 void ExpectEndsNear(const Walk &w, float sx, float sy, float ex, float ey, int pieces)
 {
     const double tx = (ex - sx) * 72.0, ty = (ey - sy) * 72.0;
@@ -96,13 +95,12 @@ TEST_F(ArcStep, CentreFromRadius)
     }
 }
 
-// Arcs that end in the quadrant they start in: near-closed, a full circle either way; else
-// the short way. Each row: where the walk reaches (in steps from its start) and how many
-// pieces it may end short by; the first steps turn the arc's way.
+// Arcs that end in the quadrant they start in: near-closed, a full circle either way; else the
+// short way. Each row: how many pieces it may end short by, where the walk reaches (steps).
 TEST_F(ArcStep, ArcsEndingInTheirStartingQuadrant)
 {
-    // Clockwise from 210 to 240 degrees about the origin is meant the long way round (330
-    // degrees); it is cut as the short clockwise arc about the centre mirrored over the chord.
+    // Clockwise from 210 to 240 degrees about the origin is meant the long way round; it is
+    // cut as the short clockwise arc about the centre mirrored over the chord.
     const float sx = static_cast<float>(10 * std::cos(210 * M_PI / 180)), ey = sx;
     struct Row { const char *what; float sx, sy, ex, ey, i, j; int16_t dir; int pieces, minX, maxX, minY, maxY; };
     const Row rows[] = {
@@ -117,8 +115,7 @@ TEST_F(ArcStep, ArcsEndingInTheirStartingQuadrant)
         ExpectEndsNear(w, r.sx, r.sy, r.ex, r.ey, r.pieces);
         const auto near = [](int got, int want) { EXPECT_NEAR(got, want, want == 0 ? 0 : 2); };
         near(w.minX, r.minX), near(w.maxX, r.maxX), near(w.minY, r.minY), near(w.maxY, r.maxY);
-        // (The very first record may be an X step alone: the walk starts from the rounded grid
-        // point and floors after each step.)
+        // The first steps turn the arc's way (the very first may be an X step alone).
         int y = 0;
         for (size_t k = 0; k < 10; ++k)
             y += w.recs[k].dy();
@@ -156,15 +153,13 @@ TEST_F(ArcStep, RandomArcsEndWithinAStepAndStayOnTheirCircle)
         const Walk w = rForm ? RunArc(sx, sy, ex, ey, 0, 0, static_cast<float>(r), dir)
                              : RunArc(sx, sy, ex, ey, static_cast<float>(cx - sx), static_cast<float>(cy - sy), 0, dir);
         ExpectEndsNear(w, sx, sy, ex, ey, 5);
-        // An arc that ends in the quadrant it starts in is cut the short way, about a centre
-        // mirrored over the chord, even when it was meant to go round: no circle to compare.
+        // An arc ending in the quadrant it starts in is cut the short way: no circle to compare.
         const auto quadrant = [](double x, double y) { return intQuadrant(static_cast<float>(x), static_cast<float>(y), 1, true); };
         const double sweep = std::fmod(dir * (a1 - a0) + 4 * M_PI, 2 * M_PI);
         if (rForm || (quadrant(sx - cx, sy - cy) == quadrant(ex - cx, ey - cy) && sweep > M_PI))
             continue;
-        // Every point of the walk near the circle. Each piece walks from its exact boundary
-        // point while the machine stands where the floors of the pieces before left it (up
-        // to a step short per piece and axis), so the drift grows by piece: 5 pieces at most.
+        // Every point of the walk near the circle; each piece starts where the floors of the
+        // pieces before left the machine, so the drift grows by piece: 5 pieces at most.
         double x = sx * 72.0, y = sy * 72.0;
         for (const auto &rec : w.recs) {
             x += rec.dx();

@@ -1,8 +1,7 @@
 // Nothing lost on a kill: a child process writes the settings store, an NC file through the
-// correction window's save and an analysed file over and over, and is killed with SIGKILL
-// at a random moment. Afterwards the store and the NC file are whole, old or new, never a
-// mixture; an analysed file is either whole or refused by the check, never trusted half
-// written. The kill counts go to the test's output (and README).
+// correction window's save and an analysed file over and over, and is killed with SIGKILL at a
+// random moment. The store and the NC file are then old or new, never a mixture; an analysed
+// file is whole or refused by the check. The kill counts go to the output (and README).
 #include "nc_test_support.h"
 
 #include "core/state.h"
@@ -70,16 +69,13 @@ TEST_F(KillTest, TheSettingsStoreAndACorrectedNcFileAreOldOrNew)
     TempStore store;
     for (int i = 0; i < 40; ++i)
         RegistryValuePut(QStringLiteral("Tool%1").arg(i), QStringLiteral("End mill, 6 mm, offset %1").arg(i));
-    const QString values[2] = {QString(70, u'a'), QString(70, u'b')};
     const QString nc = m_dir.filePath(QStringLiteral("part.brx"));
-    QString texts[2];
-    for (int n = 0; n < 2; ++n) {
-        texts[n] = QStringLiteral("%\r\n* Billet length 50\r\n");
-        for (int line = 1; line <= 8000; ++line)
+    QString texts[2] = {QStringLiteral("%\r\n* Billet length 50\r\n"), QStringLiteral("%\r\n* Billet length 50\r\n")};
+    for (int line = 1; line <= 8000; ++line)
+        for (int n = 0; n < 2; ++n)
             texts[n] += QStringLiteral("N%1 G1 X%2 Y1 F100\r\n").arg(line * 10).arg(n + line % 7);
-    }
     const std::pair<QString, std::function<void(int)>> writers[] = {
-        {store.path(), [&values](int n) { RegistryValuePut(QStringLiteral("Comment"), values[n % 2]); }},
+        {store.path(), [](int n) { RegistryValuePut(QStringLiteral("Comment"), QString(70, n % 2 ? u'b' : u'a')); }},
         {nc, [&](int n) {
              QString error;
              if (!blnTextFileSave(nc, texts[n % 2], error))

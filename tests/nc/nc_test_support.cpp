@@ -114,12 +114,8 @@ void ExpectMachinePositions(const AnalysedFileView &v, double tieBand)
         ++i;
     while (i < v.records.size() && v.records[i].command > 0) {
         const int32_t cmd = v.records[i].command;
-        while (i < v.records.size() && v.records[i].command == cmd) {
-            pos[0] += v.records[i].dx();
-            pos[1] += v.records[i].dy();
-            pos[2] += v.records[i].dz();
-            ++i;
-        }
+        for (; i < v.records.size() && v.records[i].command == cmd; ++i)
+            pos[0] += v.records[i].dx(), pos[1] += v.records[i].dy(), pos[2] += v.records[i].dz();
         const CommandRecord &c = gtypCommands(cmd);
         const double t[3] = {c.sngX * 72.0, c.sngY * 72.0, c.sngZ * 72.0};
         if (c.intType == kCmdRapid || c.intType == kCmdLine) {

@@ -14,7 +14,7 @@ const QString kCrLf = QStringLiteral("\r\n");
 
 struct Case {
     QString name;
-    QByteArray bytes;
+    QByteArray bytes;                      // the file
     bool woodworker = false;
     QString error{}, marked{};             // a fault: the text of txtError and the line marked red
     const char *trapProcedure = nullptr;   // a trap: the procedure and fault number of the report
@@ -23,10 +23,7 @@ struct Case {
 };
 
 // Tool 1 and its speed: what every program needs before it may cut.
-QStringList TS(const QStringList &rest)
-{
-    return QStringList{QStringLiteral("N10 T1"), QStringLiteral("N20 S1000")} + rest;
-}
+QStringList TS(const QStringList &rest) { return QStringList{"N10 T1", "N20 S1000"} + rest; }
 
 // Checks the command table against a spec such as "#3 3V500 3X2.5" (see the clean cases).
 void ExpectFields(const QString &spec)
@@ -48,8 +45,7 @@ void ExpectFields(const QString &spec)
 }
 
 const QString kCannot = QStringLiteral("This file cannot be processed as it does not contain\r\n");
-const QString kNoPercent =
-    QStringLiteral("The selected file does not have a % sign to indicate the start of the NC code.");
+const QString kNoPercent = QStringLiteral("The selected file does not have a % sign to indicate the start of the NC code.");
 const QString kInvalidG = QStringLiteral("has an invalid G-code.\r\nBrantok accepts G0(rapid), G1(cut), "
                                          "G2(arc ccw) G3(arc cw) and G4(dwell).\r\n");
 const QString kNoS = QStringLiteral("has a G-code but there is no rotational speed (S)\r\nfollowing the first tool definition.");

@@ -1,6 +1,6 @@
-// Step encoding and line stepping: the bytes of a record, the first move, the buffer and the
-// position count; the acceleration profile, the ramp and the tool correction. Whole step
-// streams (climb and hold, run-on, the stops, backlash, feed 0) are golden files.
+// Step encoding and line stepping: the bytes of a record, the first move and the position
+// count; the acceleration profile, the ramp and the tool correction. Whole step streams
+// (climb and hold, run-on, the stops, backlash, feed 0, the buffer's flushes) are golden files.
 #include "nc_test_support.h"
 
 #include "core/filenum.h"
@@ -72,20 +72,6 @@ TEST_F(StepCode, RecordsCarryTheCommandAndCountThePosition)
     EXPECT_TRUE(recs[2].isNonStep());
     EXPECT_EQ(recs[3].command, 5);
     EXPECT_EQ(std::make_tuple(glngPosX, glngPosY, glngPosZ), std::make_tuple(3, 1, -1));
-}
-
-TEST_F(StepCode, BufferFlushesAbove2040BytesButNeverOnCommandZero)
-{
-    StepCapture cap;
-    for (int i = 0; i < 255; ++i)
-        SendStepToBuffer(1, 1, 0, 0, 100, 0, 0, 2);
-    EXPECT_EQ(gstrStepBuffer.size(), 2040);
-    SendStepToBuffer(0, 1, 0, 0, 100, 0, 0, 2);   // 2048 but command 0
-    EXPECT_EQ(gstrStepBuffer.size(), 2048);
-    SendStepToBuffer(1, 1, 0, 0, 100, 0, 0, 2);
-    EXPECT_EQ(gstrStepBuffer.size(), 0);
-    EXPECT_EQ(FileLength(gintAnalysedFile), 2056);
-    EXPECT_EQ(cap.records().size(), 257u);
 }
 
 TEST_F(StepCode, TempFilesAreNewKeptAndKillFileDeletes)
