@@ -143,7 +143,6 @@ ReaderHarness::ReaderHarness()
     ResetSharedState();
     ResetReader();
     gsngRapidSpeed = 500.0f;
-    gblnWoodworker = false;
     SetTools({{1, 3.0f, 0.0f}, {2, 3.0f, 0.0f}, {3, 3.0f, 0.0f}, {7, 3.0f, 0.0f}});
     install();
 }

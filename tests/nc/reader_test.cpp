@@ -47,8 +47,6 @@ TEST(Reader, GetValTakesTheLeadingNumber)
         EXPECT_EQ(sngGetVal(line), c.value) << c.in;
         EXPECT_EQ(line, QString::fromLatin1(c.rest)) << c.in;
     }
-    QString huge = QStringLiteral("1") + QString(39, u'0');
-    EXPECT_EQ(TrapReport([&] { sngGetVal(huge); }), ExpectedTrap("modReader", "sngGetVal", 6, QStringLiteral("Overflow")));
 }
 
 TEST(Reader, HeaderForTheFileChooser)
@@ -143,16 +141,14 @@ TEST(Reader, DecimalPointWhateverTheDesktopLanguage)
     if (!found && QProcess::execute(QStringLiteral("localedef"), {"-i", "de_DE", "-f", "UTF-8",
                                                                    locales.path() + "/de_DE.UTF-8"}) == 0) {
         qputenv("LOCPATH", locales.path().toLocal8Bit());
-        found = setlocale(LC_NUMERIC, "de_DE.UTF-8");
-    }
-    if (!found) {
+        found = setlocale(LC_NUMERIC, "de_DE.UTF-8");   // loaded now: LOCPATH can go back
         qputenv("LOCPATH", oldLocPath);
-        GTEST_SKIP() << "no German locale to test with";
     }
+    if (!found)
+        GTEST_SKIP() << "no German locale to test with";
     ReaderHarness h;
     ReadCommands(h.write("dec.brx", "%\r\n* Billet length 12.5\r\nN10 T1\r\nN20 S1000\r\nN30 G2 X1.5 Y1 R0.5 F99.5\r\n"));
     setlocale(LC_NUMERIC, "C");
-    qputenv("LOCPATH", oldLocPath);
     EXPECT_TRUE(h.corrections.empty());
     EXPECT_EQ(gtypCommands(3).sngX, 1.5f);
     EXPECT_EQ(gsngBilletLength, 12.5f);
@@ -230,10 +226,4 @@ TEST(ReaderBadInput, LongLinesAndBytesAbove127ReadCleanly)
     ReadCommands(h.write("ansi.brx", "%\r\n* Fr\xe4ser \xd8 6 mm\r\nN10 T1\r\nN20 S1000\r\nN30 G1 X1 ' \xb5m\r\n"));
     EXPECT_EQ(gstrHeader, QStringLiteral(u" Fr\u00e4ser \u00d8 6 mm\r\n"));
     EXPECT_EQ(gtypCommands(3).strText, QStringLiteral(u"N30 G1 X1 ' \u00b5m"));
-
-    // A number of 100 000 digits is beyond any value: the trap, as the parse overflows.
-    const QString longNum = h.write("longnum.brx", ReaderHarness::program({"N10 G1 X" + QString(100000, u'9')}));
-    EXPECT_EQ(TrapReport([&] { ReadCommands(longNum); }),
-              ExpectedTrap("modReader", "sngGetVal", 6, QStringLiteral("Overflow")));
-    ExpectUsable(h);
 }
