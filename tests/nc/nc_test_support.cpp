@@ -85,6 +85,9 @@ QString CompileProgram(const QString &strFile)
 
 void ExpectValidRecords(const AnalysedFileView &v)
 {
+    ASSERT_TRUE(v.trailerValid);
+    ASSERT_TRUE(v.problems.isEmpty()) << v.problems.join(u'\n').toStdString();
+    ASSERT_EQ(v.commands.size(), static_cast<size_t>(glngCommandCount));
     for (size_t i = 0; i < v.records.size(); ++i) {
         const StepRecordView &r = v.records[i];
         if (r.command < 0)

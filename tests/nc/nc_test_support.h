@@ -65,8 +65,8 @@ void ReadProgram(const QString &strFile);
 // ReadProgram, then EvaluateCommands: the program's way to an analysed file. Returns the reason.
 QString CompileProgram(const QString &strFile);
 
-// Codes 0..85 for steps and agreeing with the flags, 160 and 176 for speed and tool records,
-// the end marker last.
+// A trailer that equals the length, a layout that holds together, the command table whole; codes
+// 0..85 for steps and agreeing with the flags, 160 and 176 for speed and tool, the end last.
 void ExpectValidRecords(const AnalysedFileView &v);
 // With no backlash and equal tool offsets (and the command table of the compilation): from the
 // first move on, every straight move ends on the grid point of its target (within tieBand of a
