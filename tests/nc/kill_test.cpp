@@ -25,9 +25,8 @@ namespace {
 
 constexpr int kKillsEach = 80;
 
-// Runs `write(n)` for n = 0, 1, 2, ... in a forked child and kills it after a random delay:
-// up to three times what one call takes (the mean of a few), so that kills land before,
-// inside and between writes, at most 40 ms. `check` then looks at what the child left.
+// Runs `write(n)` for n = 0, 1, 2, ... in a forked child and kills it after a random delay of up
+// to three calls (at most 40 ms), before, inside or between writes; `check` looks at what is left.
 void KillWhileWriting(std::mt19937 &rng, const std::function<void(int)> &write, const std::function<void()> &check)
 {
     QElapsedTimer t;

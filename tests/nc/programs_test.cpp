@@ -1,14 +1,11 @@
-// Whole programs. Golden files: each folder under tests/nc/golden holds an NC program
-// (program.brx), the settings and tool table it is compiled with (store.ini, the settings
-// store's own format), and the expected dump of its analysed file (expected.dump, as
-// `brantok-nc dump` prints it); the program is compiled as the program does before machining,
-// in a scratch folder. To regenerate the expected dumps after a deliberate change, run the test
-// program with BRANTOK_UPDATE_GOLDEN=1 and review the diff line by line before committing it:
+// Whole programs. Each folder under tests/nc/golden holds an NC program (program.brx), its
+// settings and tool table (store.ini, the store's own format) and the dump of its analysed file
+// (expected.dump, as `brantok-nc dump` prints it), compiled as before machining. To regenerate
+// the dumps after a deliberate change, run with BRANTOK_UPDATE_GOLDEN=1 and review the diff:
 //     BRANTOK_UPDATE_GOLDEN=1 build/tests/nc/test_compiler --gtest_filter='Golden*'
-// Generated programs that mix rapids, cuts and arcs in both forms, and real programs from other
-// mills rewritten in Brantok's dialect (outside the repository; $BRANTOK_CORPUS names another
-// folder; skipped where there is none), keep the invariants the machine relies on; the real
-// ones must also read cleanly and be reused unchanged the second time.
+// Generated programs (rapids, cuts, arcs in both forms) and real ones from other mills in
+// Brantok's dialect ($BRANTOK_CORPUS; skipped where there is none) keep the invariants the
+// machine relies on; the real ones also read cleanly and are reused the second time.
 #include "nc_test_support.h"
 
 #include "core/state.h"

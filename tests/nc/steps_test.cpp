@@ -24,13 +24,11 @@ TEST_F(StepCode, ComposedStepTable)
     struct Row { const char *what; int32_t timerBefore; int16_t x, y, z; float sx, sy, sz; int16_t type; const char *hex;
                  int32_t timerAfter; };
     const Row rows[] = {
-        {"first step of a compilation carries -1 as 255, 0; one axis at rapid sets bit 0",
-         -1, 1, 0, 0, 500, 0, 0, 2, "24ff002d", 64000},
+        {"first step: carries -1 as 255, 0; one axis at rapid sets bit 0", -1, 1, 0, 0, 500, 0, 0, 2, "24ff002d", 64000},
         {"the next carries 64000 (= 65536 - 1536 at 500 mm/min)", 64000, 1, 0, 0, 500, 0, 0, 2, "2400fa2d", 64000},
         {"after a non-step record the timer is the 1536 floor", 0, 0, -1, 0, 0, -100, 0, 2, "08000622", 57856},
         {"diagonal at rapid: speeds divided by 1.41421, no rapid bit", 1536, 1, 1, 0, 500, 500, 0, 2, "6c000634", 63364},
-        {"three axes: divided by 1.73205; all negative is code 0 with flags set",
-         1536, -1, -1, -1, -300, -300, -300, 2, "1c000600", 61102},
+        {"three axes: divided by 1.73205; all minus is code 0", 1536, -1, -1, -1, -300, -300, -300, 2, "1c000600", 61102},
         {"an axis that does not step contributes no speed", 1536, 0, 1, 0, 500, 100, 500, 2, "48000632", 57856},
         {"reserved: no step", 4000, 0, 0, 0, 0, 0, 0, 5, "00000000", 0},
     };
@@ -165,8 +163,7 @@ TEST_F(LineStep, ZLineRampsSymmetricallyAndTakesUpThePlayDownward)
     const int dz[] = {1, 1, 1, 1, 1, -1, -1};
     for (size_t i = 0; i < recs.size(); ++i)
         EXPECT_EQ(recs[i].dz(), dz[i]) << i;
-    EXPECT_EQ(gintPlayZ, 2);
-    EXPECT_EQ(glngPosZ, 3);
+    EXPECT_EQ(std::make_pair(gintPlayZ, glngPosZ), std::make_pair(int16_t{2}, 3));
 
     // A single step lies in the second half and goes at the feed.
     ResetCompilerState();
