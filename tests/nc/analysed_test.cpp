@@ -3,139 +3,109 @@
 // found it. The file's layout is pinned by the golden dumps.
 #include "nc_test_support.h"
 
-#include "core/filenum.h"
 #include "core/hooks.h"
 #include "core/state.h"
 #include "nc/analysed.h"
 #include "nc/commands.h"
-#include "nc/evaluate.h"
 #include "nc/linestep.h"
-#include "nc/ncxdump.h"
 #include "nc/stepcode.h"
 #include "tools/tooltable.h"
 
 #include <QDir>
 #include <QFileInfo>
 
+#include <tuple>
+
 namespace {
 
-const QByteArray kProgram = "%\n"
-                            "* Billet length 50\n"
-                            "N10 T1\n"
-                            "N20 S1000\n"
-                            "N30 G0 X1 Y1 Z1\n"
-                            "N40 G1 Z-0.5 F100\n"
-                            "N50 G1 X3 Y2 F200\n"
-                            "N60 G0 Z2\n";
+const QByteArray kProgram = "%\n* Billet length 50\nN10 T1\nN20 S1000\nN30 G0 X1 Y1 Z1\nN40 G1 Z-0.5 F100\n"
+                            "N50 G1 X3 Y2 F200\nN60 G0 Z2\n";
+const char *const kIncomplete = "the previously analysed version of this NC file is incomplete";
+const char *const kInvalid = "the previously analysed version of this NC file is invalid";
 
-class Analysed : public ::testing::Test {
+// Tools 1 and 2 (2 is not used by the program), the program beside its analysed file.
+class Analysed : public CompilerTest {
 protected:
     void SetUp() override
     {
         ResetCompilerState();
         SetTools({{1, 3.0f, 0.0f}, {2, 6.0f, 1.25f}});
-        m_nc = m_dir.path() + QStringLiteral("/part.brx");
-        m_ncx = m_dir.path() + QStringLiteral("/part.ncx");
         WriteFile(m_nc, kProgram);
     }
-    void TearDown() override { ResetCompilerState(); }
-
-public:
+    // Changes the analysed file's bytes (without its trailer) and writes a trailer that fits again.
+    void damage(const std::function<void(QByteArray &)> &change)
+    {
+        QByteArray f = ReadFileBytes(m_ncx);
+        f.chop(4);
+        change(f);
+        WriteFile(m_ncx, f + strLongToLongString(static_cast<int32_t>(f.size() + 4)));
+    }
     QTemporaryDir m_dir;
-    QString m_nc, m_ncx;
+    QString m_nc = m_dir.filePath(QStringLiteral("part.brx")), m_ncx = m_dir.filePath(QStringLiteral("part.ncx"));
 };
 
 } // namespace
 
-TEST_F(Analysed, SameFileTwiceIsNotCompiledAgain)
+TEST_F(Analysed, SameFileTwiceIsNotReadOrCompiledAgain)
 {
     EXPECT_EQ(CompileProgram(m_nc), QString::fromLatin1(AnalysedReason::kNone));
-    const QByteArray first = ReadFileBytes(m_ncx);
     int progressCalls = 0;
+    QStringList busy;
     uiHooks().progress = [&](int16_t) { ++progressCalls; };
+    uiHooks().pageTurnStart = [&](const QString &s) { busy << s; };
+    gsngBilletLength = 0.0f;
     EXPECT_EQ(CompileProgram(m_nc), QString());
+    ResetUiHooks();
     EXPECT_TRUE(gblnAnalysedValid);
     EXPECT_EQ(progressCalls, 0);
-    EXPECT_EQ(ReadFileBytes(m_ncx), first);
+    EXPECT_FALSE(busy.contains(QStringLiteral("Reading CNC file")));
+    EXPECT_EQ(gsngBilletLength, 50.0f);   // the billet still comes from the header in hand
     EXPECT_EQ(gintUsedTools(1), 1);
-    ResetUiHooks();
 }
-
-namespace {
-const char *const kInvalid = "the previously analysed version of this NC file is invalid";
-// Changes the analysed file's bytes (without its trailer) and writes a trailer that fits again.
-void damage(Analysed &t, const std::function<void(QByteArray &)> &change)
-{
-    QByteArray f = ReadFileBytes(t.m_ncx);
-    f.chop(4);
-    change(f);
-    WriteFile(t.m_ncx, f + strLongToLongString(static_cast<int32_t>(f.size() + 4)));
-}
-} // namespace
 
 // Each row changes one thing after a good compilation; the check gives its reason and the
-// stale file is gone.
+// stale file is gone, or (no reason) the file is still trusted.
 TEST_F(Analysed, EveryChangeGivesItsReasonAndDeletesTheFile)
 {
-    struct Row {
-        const char *reason;
-        std::function<void(Analysed &)> change;
-    };
+    struct Row { const char *reason; std::function<void()> change; };
     const Row rows[] = {
-        {"the NC file has been changed",
-         [](Analysed &t) { QByteArray p = kProgram; p[p.indexOf("F200") + 3] = '1'; WriteFile(t.m_nc, p); }},
-        {"the previously analysed version of this NC file is incomplete",
-         [](Analysed &t) { QByteArray f = ReadFileBytes(t.m_ncx); f.chop(4); WriteFile(t.m_ncx, f); }},
-        {kInvalid, [](Analysed &t) { WriteFile(t.m_ncx, ReadFileBytes(t.m_ncx).left(8)); }},
+        {"the NC file has been changed", [this] { WriteFile(m_nc, QByteArray(kProgram).replace("F200", "F201")); }},
+        {kIncomplete, [this] { WriteFile(m_ncx, ReadFileBytes(m_ncx).chopped(4)); }},
+        {kInvalid, [this] { WriteFile(m_ncx, ReadFileBytes(m_ncx).left(8)); }},
         // Damage inside a file whose trailer still matches: the table and the records must fit.
-        {kInvalid, [](Analysed &t) { damage(t, [](QByteArray &f) { f[34] = 7; }); }},         // command count
-        {kInvalid, [](Analysed &t) { damage(t, [](QByteArray &f) { f[38] = 0x7F; }); }},      // a text's length
-        {kInvalid, [](Analysed &t) { damage(t, [](QByteArray &f) { f.chop(8); }); }},         // no end marker
-        {"the Rapid Traverse Speed has been changed", [](Analysed &) { gsngRapidSpeed = 475.0f; }},
-        {"the Backlash compensation values have been changed", [](Analysed &) { gintBacklashZ = 1; }},
-        {"Tool 1 has a new diameter", [](Analysed &) { gtypTools(1).sngDiameter = 3.01f; }},
-        {"Tool 1 can no longer be found", [](Analysed &) { gtypTools(1).intNumber = 7; }},
-        {"Tool 1 has a new offset", [](Analysed &) { gtypTools(1).sngOffset = gintToolUnknownOffset; }},
+        {kInvalid, [this] { damage([](QByteArray &f) { f[34] = 7; }); }},      // command count
+        {kInvalid, [this] { damage([](QByteArray &f) { f[38] = 0x7F; }); }},   // a text's length
+        {kInvalid, [this] { damage([](QByteArray &f) { f.chop(8); }); }},      // no end marker
+        {"the Rapid Traverse Speed has been changed", [] { gsngRapidSpeed = 475.0f; }},
+        {"the Backlash compensation values have been changed", [] { gintBacklashZ = 1; }},
+        {"Tool 1 has a new diameter", [] { gtypTools(1).sngDiameter = 3.01f; }},
+        {"Tool 1 can no longer be found", [] { gtypTools(1).intNumber = 7; }},
+        {"Tool 1 has a new offset", [] { gtypTools(1).sngOffset = gintToolUnknownOffset; }},
+        // What does not reach the steps does not count: an unused tool, a rapid speed that
+        // rounds to the same 50000, the WoodWorker and rapid-dot settings.
+        {"", [] { gtypTools(2).sngOffset = 9.0f, gsngRapidSpeed = 500.004f, gblnWoodworker = true, gblnRapidUseDot = false; }},
     };
     for (const Row &r : rows) {
         SCOPED_TRACE(r.reason);
-        ResetCompilerState();
-        SetTools({{1, 3.0f, 0.0f}, {2, 6.0f, 1.25f}});
-        WriteFile(m_nc, kProgram);
+        SetUp();
         CompileProgram(m_nc);
         ASSERT_TRUE(QFileInfo::exists(m_ncx));
-        r.change(*this);
+        r.change();
         ReadProgram(m_nc);
         EXPECT_EQ(gstrAnalysedReason, QString::fromLatin1(r.reason));
-        EXPECT_FALSE(gblnAnalysedValid);
-        EXPECT_FALSE(QFileInfo::exists(m_ncx));
+        EXPECT_EQ(gblnAnalysedValid, !*r.reason);
+        EXPECT_EQ(QFileInfo::exists(m_ncx), !*r.reason);
     }
-}
-
-TEST_F(Analysed, ThingsThatDoNotReachTheStepsDoNotCount)
-{
-    CompileProgram(m_nc);
-    gtypTools(2).sngOffset = 9.0f;      // tool 2 is not used
-    gsngRapidSpeed = 500.004f;          // rounds to the same 50000
-    gblnWoodworker = true;
-    gblnRapidUseDot = false;
-    ReadProgram(m_nc);
-    EXPECT_EQ(gstrAnalysedReason, QString());
-    EXPECT_TRUE(gblnAnalysedValid);
-    gsngRapidSpeed = 500.001f;
-    ReadProgram(m_nc);
-    EXPECT_TRUE(gblnAnalysedValid);
 }
 
 TEST_F(Analysed, KeepFilesOffWritesTheFileButNeverTrustsIt)
 {
     gblnKeepFiles = false;
     EXPECT_EQ(CompileProgram(m_nc), QStringLiteral("the setting 'Retain calculated Mill steps' is turned off"));
-    EXPECT_EQ(ReadFileBytes(m_ncx).left(16), QByteArray(16, ' '));
     ReadProgram(m_nc);
     EXPECT_FALSE(gblnAnalysedValid);
     EXPECT_TRUE(QFileInfo::exists(m_ncx));  // left on disk, overwritten by the next compilation
-    // Turned on again: the blanks are not the digest.
+    // Turned on again: the file's blank digest is not the program's.
     gblnKeepFiles = true;
     ReadProgram(m_nc);
     EXPECT_EQ(gstrAnalysedReason, QStringLiteral("the NC file has been changed"));
@@ -146,8 +116,7 @@ TEST_F(Analysed, NoRoomBesideTheSourceGoesToTheTemporaryFolder)
     gblnAnalysedToTemp = true;
     EXPECT_EQ(CompileProgram(m_nc),
               QStringLiteral("there is insufficient space to keep an analysed version on the source drive"));
-    const QFileInfo fi(gstrAnalysedFile);
-    EXPECT_EQ(fi.absolutePath(), QFileInfo(QDir::tempPath()).absoluteFilePath());
+    EXPECT_EQ(QFileInfo(gstrAnalysedFile).absolutePath(), QFileInfo(QDir::tempPath()).absoluteFilePath());
     EXPECT_FALSE(QFileInfo::exists(m_ncx));
     QFile::remove(gstrAnalysedFile);
 }
@@ -156,7 +125,7 @@ TEST_F(Analysed, CancelLeavesAFileWithoutTrailerOnlyWhenFilesAreKept)
 {
     for (bool keep : {true, false}) {
         SCOPED_TRACE(keep);
-        ResetCompilerState();
+        SetUp();
         gblnKeepFiles = keep;
         QFile::remove(m_ncx);
         uiHooks().progress = [](int16_t) { gblnCancel = true; };  // Esc at the first move
@@ -167,71 +136,43 @@ TEST_F(Analysed, CancelLeavesAFileWithoutTrailerOnlyWhenFilesAreKept)
         if (keep) {
             gblnCancel = false;
             ReadProgram(m_nc);
-            EXPECT_EQ(gstrAnalysedReason, QStringLiteral("the previously analysed version of this NC file is incomplete"));
+            EXPECT_EQ(gstrAnalysedReason, QString::fromLatin1(kIncomplete));
         }
     }
 }
 
 TEST_F(Analysed, MachineStateIsPutBack)
 {
-    int32_t *pos[] = {&glngPosX, &glngPosY, &glngPosZ};
-    int16_t *play[] = {&gintPlayX, &gintPlayY, &gintPlayZ}, *dir[] = {&gintLastDirX, &gintLastDirY, &gintLastDirZ};
-    const int32_t posWas[] = {11, -22, 33};
-    const int16_t playWas[] = {1, 2, 3}, dirWas[] = {1, -1, 1};
-    for (int a = 0; a < 3; ++a)
-        *pos[a] = posWas[a], *play[a] = playWas[a], *dir[a] = dirWas[a];
+    glngPosX = 11, glngPosY = -22, glngPosZ = 33;
+    gintPlayX = 1, gintPlayY = 2, gintPlayZ = 3;
+    gintLastDirX = 1, gintLastDirY = -1, gintLastDirZ = 1;
     gintBacklashX = gintBacklashY = gintBacklashZ = 4;
     CompileProgram(m_nc);
-    for (int a = 0; a < 3; ++a) {
-        EXPECT_EQ(*pos[a], posWas[a]) << a;
-        EXPECT_EQ(*play[a], playWas[a]) << a;
-        EXPECT_EQ(*dir[a], dirWas[a]) << a;
-    }
+    EXPECT_EQ(std::make_tuple(glngPosX, glngPosY, glngPosZ), std::make_tuple(11, -22, 33));
+    EXPECT_EQ(std::make_tuple(gintPlayX, gintPlayY, gintPlayZ), std::make_tuple(1, 2, 3));
+    EXPECT_EQ(std::make_tuple(gintLastDirX, gintLastDirY, gintLastDirZ), std::make_tuple(1, -1, 1));
     // The program's own end state stays for the stream to continue from.
     EXPECT_EQ(gsngCurZ, 2.0f);
-}
-
-TEST_F(Analysed, AG1AheadOfTheFirstG0GoesToTheUnsetCoordinates)
-{
-    // Y and Z are still 300.0 (not programmed): the cut is compiled as a move there.
-    WriteFile(m_nc, "%\nN1 T1\nN2 S1000\nN3 G1 X1 F100\nN4 G0 X1 Y1 Z1\n");
-    CompileProgram(m_nc);
-    const AnalysedFileView v = ParseAnalysedFile(ReadFileBytes(m_ncx));
-    int64_t net[3] = {0, 0, 0}, steps = 0;
-    for (const auto &r : v.records) {
-        if (r.command != 3)
-            continue;
-        net[0] += r.dx();
-        net[1] += r.dy();
-        net[2] += r.dz();
-        ++steps;
-    }
-    EXPECT_EQ(steps, 21600);
-    EXPECT_EQ(net[0], 72);
-    EXPECT_EQ(net[2], 21600);
 }
 
 TEST_F(Analysed, AProgramWithNoPathDividesByZeroIntoTheTrap)
 {
     WriteFile(m_nc, "%\nN1 T1\nN2 S1000\nN3 G0 X0 Y0 Z0\nN4 G1 X0 F100\n");
-    TrapRecorder trap;
-    EXPECT_THROW(CompileProgram(m_nc), TrapEnded);
-    EXPECT_EQ(trap.report(), ExpectedTrap("modEvaluate", "UpdateProgress", 6, QStringLiteral("Overflow")));
+    EXPECT_EQ(TrapReport([&] { CompileProgram(m_nc); }),
+              ExpectedTrap("modEvaluate", "UpdateProgress", 6, QStringLiteral("Overflow")));
 }
 
 TEST_F(Analysed, RandomBytesEndInAReasonNeverACrash)
 {
     CompileProgram(m_nc);
     const QByteArray good = ReadFileBytes(m_ncx);
-    uint32_t seed = 12345;
-    auto next = [&seed] { seed = seed * 1664525u + 1013904223u; return seed >> 8; };
+    Lcg rng{12345};
     TrapRecorder trap;
     for (int round = 0; round < 400; ++round) {
         QByteArray bytes;
         const int kind = round % 4;
-        const int size = static_cast<int>(next() % 200);
-        for (int i = 0; i < size; ++i)
-            bytes.append(static_cast<char>(next() & 0xFF));
+        for (int i = 0, size = rng.pick(200); i < size; ++i)
+            bytes.append(static_cast<char>(rng.next() & 0xFF));
         if (kind >= 1 && bytes.size() >= 24) {
             // The hard case: the right digest and a right trailer in front of the garbage.
             bytes.replace(0, 16, good.left(16));
@@ -240,10 +181,8 @@ TEST_F(Analysed, RandomBytesEndInAReasonNeverACrash)
             bytes.chop(4);
             bytes += strLongToLongString(static_cast<int32_t>(bytes.size() + 4));
         }
-        if (kind == 3 && bytes.size() > 28) {
-            bytes[26] = static_cast<char>(0xFF);  // a negative tool count
-            bytes[27] = static_cast<char>(0xFF);
-        }
+        if (kind == 3 && bytes.size() > 28)
+            bytes[26] = bytes[27] = static_cast<char>(0xFF);  // a negative tool count
         WriteFile(m_ncx, bytes);
         ReadProgram(m_nc);
         ASSERT_FALSE(trap.fired()) << round;

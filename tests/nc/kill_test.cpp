@@ -1,8 +1,7 @@
 // Nothing lost on a kill: a child process writes the settings store, an NC file through the
-// correction window's save and an analysed file over and over, and is killed with SIGKILL
-// at a random moment. Afterwards the store and the NC file are whole, old or new, never a
-// mixture; an analysed file is either whole or refused by the check, never trusted half
-// written. The kill counts go to the test's output (and README).
+// correction window's save and an analysed file over and over, and is killed with SIGKILL at a
+// random moment. The store and the NC file are then old or new, never a mixture; an analysed
+// file is whole or refused by the check. The kill counts go to the output (and README).
 #include "nc_test_support.h"
 
 #include "core/state.h"
@@ -15,9 +14,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 
-#include <algorithm>
 #include <csignal>
-#include <functional>
 #include <iostream>
 #include <random>
 
@@ -28,17 +25,18 @@ namespace {
 
 constexpr int kKillsEach = 80;
 
-// Runs `write(n)` for n = 0, 1, 2, ... in a forked child and kills it after a random delay
-// of up to `spanUs`; `check` then looks at what the child left. Returns false when a child
-// could not be made.
-bool KillWhileWriting(std::mt19937 &rng, int64_t spanUs, const std::function<void(int)> &write,
-                      const std::function<void()> &check)
+// Runs `write(n)` for n = 0, 1, 2, ... in a forked child and kills it after a random delay of up
+// to three calls (at most 40 ms), before, inside or between writes; `check` looks at what is left.
+void KillWhileWriting(std::mt19937 &rng, const std::function<void(int)> &write, const std::function<void()> &check)
 {
-    std::uniform_int_distribution<int64_t> delay(0, spanUs);
+    QElapsedTimer t;
+    t.start();
+    for (int n = 0; n < 4; ++n)
+        write(n);
+    std::uniform_int_distribution<int64_t> delay(0, std::min<int64_t>(3 * t.nsecsElapsed() / 4000, 40000));
     for (int k = 0; k < kKillsEach; ++k) {
         const pid_t pid = fork();
-        if (pid < 0)
-            return false;
+        ASSERT_GE(pid, 0) << "no child process";
         if (pid == 0) {
             try {
                 for (int n = 0;; ++n)
@@ -53,18 +51,6 @@ bool KillWhileWriting(std::mt19937 &rng, int64_t spanUs, const std::function<voi
         waitpid(pid, &status, 0);
         check();
     }
-    return true;
-}
-
-// The span of the random kill: three times what one call of `f` takes (the mean of a few),
-// so that kills land before, inside and between writes; at most 40 ms, to keep the test short.
-int64_t SpanFor(const std::function<void(int)> &f)
-{
-    QElapsedTimer t;
-    t.start();
-    for (int n = 0; n < 4; ++n)
-        f(n);
-    return std::min<int64_t>(3 * t.nsecsElapsed() / 4000, 40000);
 }
 
 class KillTest : public CompilerTest {
@@ -82,16 +68,13 @@ TEST_F(KillTest, TheSettingsStoreAndACorrectedNcFileAreOldOrNew)
     TempStore store;
     for (int i = 0; i < 40; ++i)
         RegistryValuePut(QStringLiteral("Tool%1").arg(i), QStringLiteral("End mill, 6 mm, offset %1").arg(i));
-    const QString values[2] = {QString(70, u'a'), QString(70, u'b')};
     const QString nc = m_dir.filePath(QStringLiteral("part.brx"));
-    QString texts[2];
-    for (int n = 0; n < 2; ++n) {
-        texts[n] = QStringLiteral("%\r\n* Billet length 50\r\n");
-        for (int line = 1; line <= 8000; ++line)
+    QString texts[2] = {QStringLiteral("%\r\n* Billet length 50\r\n"), QStringLiteral("%\r\n* Billet length 50\r\n")};
+    for (int line = 1; line <= 8000; ++line)
+        for (int n = 0; n < 2; ++n)
             texts[n] += QStringLiteral("N%1 G1 X%2 Y1 F100\r\n").arg(line * 10).arg(n + line % 7);
-    }
     const std::pair<QString, std::function<void(int)>> writers[] = {
-        {store.path(), [&values](int n) { RegistryValuePut(QStringLiteral("Comment"), values[n % 2]); }},
+        {store.path(), [](int n) { RegistryValuePut(QStringLiteral("Comment"), QString(70, n % 2 ? u'b' : u'a')); }},
         {nc, [&](int n) {
              QString error;
              if (!blnTextFileSave(nc, texts[n % 2], error))
@@ -105,11 +88,11 @@ TEST_F(KillTest, TheSettingsStoreAndACorrectedNcFileAreOldOrNew)
             whole[n] = ReadFileBytes(path);
         }
         int seen[2] = {0, 0};
-        ASSERT_TRUE(KillWhileWriting(m_rng, SpanFor(write), write, [&] {
+        KillWhileWriting(m_rng, write, [&] {
             const QByteArray now = ReadFileBytes(path);
             ASSERT_TRUE(now == whole[0] || now == whole[1]) << "a mixture of " << now.size() << " bytes";
             ++seen[now == whole[1]];
-        }));
+        });
         std::cout << path.toStdString() << ": " << kKillsEach << " kills, left old " << seen[0] << ", new "
                   << seen[1] << "\n";
     }
@@ -119,8 +102,7 @@ TEST_F(KillTest, TheSettingsStoreAndACorrectedNcFileAreOldOrNew)
 
 TEST_F(KillTest, AHalfWrittenAnalysedFileIsNeverTrusted)
 {
-    const QString nc = m_dir.filePath(QStringLiteral("part.brx"));
-    const QString ncx = m_dir.filePath(QStringLiteral("part.ncx"));
+    const QString nc = m_dir.filePath(QStringLiteral("part.brx")), ncx = m_dir.filePath(QStringLiteral("part.ncx"));
     QByteArray program = "%\r\nN10 T1\r\nN20 S1000\r\nN30 G0 X1 Y1 Z1\r\nN40 G1 Z-0.5 F100\r\n";
     for (int i = 0; i < 40; ++i)
         program += QByteArray("N") + QByteArray::number(50 + i) + (i % 2 ? " G2 X1 Y1 I4 J0\r\n" : " G1 X9 Y9\r\n");
@@ -128,14 +110,13 @@ TEST_F(KillTest, AHalfWrittenAnalysedFileIsNeverTrusted)
     CompileProgram(nc);
     const QByteArray whole = ReadFileBytes(ncx);
     ASSERT_GT(whole.size(), 10000);
+    int trusted = 0, refused = 0, none = 0;
     // The child compiles the table it was given again and again, as a new compilation does.
-    const auto compile = [&nc](int) {
+    KillWhileWriting(m_rng, [&nc](int) {
         gfnCompFileReason = &strNoCompFileReason;
         ReadCommands(nc);
         EvaluateCommands();
-    };
-    int trusted = 0, refused = 0, none = 0;
-    ASSERT_TRUE(KillWhileWriting(m_rng, SpanFor(compile), compile, [&] {
+    }, [&] {
         const bool existed = QFile::exists(ncx);
         ReadProgram(nc);
         if (gblnAnalysedValid) {
@@ -145,7 +126,7 @@ TEST_F(KillTest, AHalfWrittenAnalysedFileIsNeverTrusted)
             ++(existed ? refused : none);
             ASSERT_FALSE(QFile::exists(ncx));   // a refused file is deleted
         }
-    }));
+    });
     std::cout << "analysed file: " << kKillsEach << " kills, whole and trusted " << trusted << ", refused "
               << refused << ", none left " << none << "\n";
 }
