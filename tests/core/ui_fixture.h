@@ -6,6 +6,7 @@
 #include "core/frm_main.h"
 #include "core/hooks.h"
 #include "core/state.h"
+#include "core/store.h"
 #include "platform/forms.h"
 #include "support/test_support.h"
 #include "tools/tooltable.h"
@@ -22,6 +23,12 @@ inline void UnloadEveryForm()
     for (auto it = forms.rbegin(); it != forms.rend(); ++it)
         Unload(*it);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// A value of the store in force, "absent" when it has none.
+inline QString StoredText(const char *name, const char *absent = "absent")
+{
+    return strRegistryValueGet(QString::fromLatin1(name), QString::fromLatin1(absent));
 }
 
 class UiTest : public ::testing::Test {
