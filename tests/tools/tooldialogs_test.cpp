@@ -111,28 +111,6 @@ TEST_F(ToolScreens, BothDuplicateMessagesKeepTheDialogOpen)
     EXPECT_EQ(gtypTools(2).intNumber, 13);
 }
 
-TEST_F(ToolScreens, EditingAToolMayKeepItsOwnNumberTypeAndDiameter)
-{
-    SetTools({{12, "End mill", 6.0f, gintToolUnknownOffset}, {4, "Drill", 3.0f, 1.0f}});
-    ShowPage();
-    ClickCell(*m_panel->grdTools, 2, 0);   // tool 12
-    WhenDialogUp([] { frmToolData().cmdOk->click(); });
-    m_panel->cmdEdit->click();
-    EXPECT_TRUE(m_boxes->shown().empty());
-    // ... but not take another tool's number.
-    ClickCell(*m_panel->grdTools, 2, 0);
-    WhenDialogUp([] {
-        FrmToolData &dlg = frmToolData();
-        dlg.txtToolNumber->setText(QStringLiteral("4"));
-        dlg.cmdOk->click();
-        dlg.cmdCancel->click();
-    });
-    m_panel->cmdEdit->click();
-    ASSERT_EQ(m_boxes->shown().size(), 1u);
-    EXPECT_EQ(m_boxes->last().title, QStringLiteral("Tool number"));
-    EXPECT_EQ(gtypTools(1).intNumber, 12);
-}
-
 TEST_F(ToolScreens, ToolTypesInUseUnusedAndTheCaseRules)
 {
     m_store->writeRaw("[General]\nToolTypes=3\nToolType01=Vee cutter\nToolType02=Fly cutter\nToolType03=Engraver\n");

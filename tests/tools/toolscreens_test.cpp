@@ -31,16 +31,13 @@ void AddThroughDialog(ToolDataPanel &panel, const QString &number, const QString
 
 } // namespace
 
-TEST_F(ToolScreens, EmptyTableShowsEightEmptyRowsAndNothingToEdit)
+TEST_F(ToolScreens, EmptyTableHasNothingToEditOrSort)
 {
     ShowPage();
     EXPECT_EQ(m_modes, std::vector<int>{5});
     ToolGrid &grid = *m_panel->grdTools;
     EXPECT_EQ(gintToolRows, 0);
     EXPECT_EQ(grid.Rows(), 9);
-    for (int r = 1; r <= 8; ++r)
-        for (int c = 0; c < 5; ++c)
-            EXPECT_TRUE(grid.TextMatrix(r, c).isEmpty());
     ClickCell(grid, 3, 1);
     EXPECT_FALSE(m_panel->cmdEdit->isEnabled());
     EXPECT_FALSE(m_panel->cmdDelete->isEnabled());
@@ -96,23 +93,33 @@ TEST_F(ToolScreens, DeleteAsksAndMovesTheRecordsDown)
     EXPECT_FALSE(m_panel->cmdDelete->isEnabled());
 }
 
+// Editing a tool may keep its own number, type and diameter but not take another tool's number;
+// a change keeps the offset.
 TEST_F(ToolScreens, EditChangesNumberTypeAndDiameterAndKeepsTheOffset)
 {
     SetTools({{12, "End mill", 6.0f, 3.5f}, {3, "Drill", 2.5f, kUnknown}});
     ShowPage();
     ToolGrid &grid = *m_panel->grdTools;
     ClickCell(grid, 2, 0);   // tool 12
-    WhenDialogUp([] {
+    WhenDialogUp([] { frmToolData().cmdOk->click(); });
+    m_panel->cmdEdit->click();
+    EXPECT_TRUE(m_boxes->shown().empty());
+    ClickCell(grid, 2, 0);
+    WhenDialogUp([this] {
         FrmToolData &dlg = frmToolData();
         EXPECT_EQ(dlg.cboToolType->currentText(), QStringLiteral("End mill"));
         EXPECT_EQ(dlg.txtToolDiam->text(), QStringLiteral("6.000"));
+        dlg.txtToolNumber->setText(QStringLiteral("3"));
+        dlg.cmdOk->click();
+        EXPECT_EQ(m_boxes->shown().size(), 1u);
         dlg.txtToolNumber->setText(QStringLiteral("14"));
         dlg.cboToolType->setCurrentIndex(dlg.cboToolType->findText(QStringLiteral("Bull nose")));
         dlg.txtToolDiam->setText(QStringLiteral("6.35"));
         dlg.cmdOk->click();
     });
     m_panel->cmdEdit->click();
-    EXPECT_TRUE(m_boxes->shown().empty());
+    ASSERT_EQ(m_boxes->shown().size(), 1u);
+    EXPECT_EQ(m_boxes->last().title, QStringLiteral("Tool number"));
     EXPECT_EQ(Row(grid, 2), QStringList({"14", "Bull nose", "6.350", "3.500", "1"}));
 }
 
