@@ -10,26 +10,7 @@
 #include <QPushButton>
 #include <QTableWidget>
 
-namespace {
-
-const float kUnknown = gintToolUnknownOffset;
-
-// Adds a tool through the real dialog; `type` must be in the type list.
-void AddThroughDialog(ToolDataPanel &panel, const QString &number, const QString &type, const QString &diameter)
-{
-    WhenDialogUp([=] {
-        FrmToolData &dlg = frmToolData();
-        Type(dlg.txtToolNumber, number);
-        dlg.cboToolType->setCurrentIndex(dlg.cboToolType->findText(type));
-        Type(dlg.txtToolDiam, diameter);
-        dlg.cmdOk->click();
-        if (dlg.isVisible())
-            dlg.cmdCancel->click();   // refused: give up
-    });
-    panel.cmdAdd->click();
-}
-
-} // namespace
+static const float kUnknown = gintToolUnknownOffset;
 
 TEST_F(ToolScreens, EmptyTableHasNothingToEditOrSort)
 {
@@ -123,18 +104,8 @@ TEST_F(ToolScreens, EditChangesNumberTypeAndDiameterAndKeepsTheOffset)
     EXPECT_EQ(Row(grid, 2), QStringList({"14", "Bull nose", "6.350", "3.500", "1"}));
 }
 
-TEST_F(ToolScreens, DoneSavesTheTableAndGoesToTheMenu)
-{
-    SetTools({{12, "End mill", 6.0f, kUnknown}});
-    ShowPage();
-    AddThroughDialog(*m_panel, QStringLiteral("4"), QStringLiteral("Drill"), QStringLiteral("1.23456"));
-    m_panel->cmdOk->click();
-    EXPECT_EQ(m_modes, (std::vector<int>{5, 1}));
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("ToolCount"), QString()), QStringLiteral("2"));
-    // The diameter box takes three decimals at most.
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Tool02"), QString()), QStringLiteral("4|Drill|1.234|-2000.000"));
-}
-
+// Hidden tools stay out of the grid; an added tool follows the shown rows; Done saves the table
+// and goes to the menu.
 TEST_F(ToolScreens, HiddenToolsStayOutOfTheGridAndAnAddFollowsTheShownRows)
 {
     SetTools({{1, "Drill", 1.0f, kUnknown}, {2, "Drill", 2.0f, kUnknown}, {3, "Drill", 3.0f, kUnknown}});
@@ -142,8 +113,19 @@ TEST_F(ToolScreens, HiddenToolsStayOutOfTheGridAndAnAddFollowsTheShownRows)
     ShowPage();
     ToolGrid &grid = *m_panel->grdTools;
     EXPECT_EQ(Column(grid, 0), QStringList({"1", "3"}));
-    AddThroughDialog(*m_panel, QStringLiteral("8"), QStringLiteral("Drill"), QStringLiteral("8"));
+    WhenDialogUp([] {
+        FrmToolData &dlg = frmToolData();
+        Type(dlg.txtToolNumber, QStringLiteral("8"));
+        dlg.cboToolType->setCurrentIndex(dlg.cboToolType->findText(QStringLiteral("Drill")));
+        Type(dlg.txtToolDiam, QStringLiteral("8"));
+        dlg.cmdOk->click();
+    });
+    m_panel->cmdAdd->click();
     EXPECT_EQ(gintToolCount, 4);
     EXPECT_EQ(Column(grid, 0), QStringList({"1", "3", "8"}));
     EXPECT_EQ(grid.TextMatrix(3, 4), QStringLiteral("4"));
+    m_panel->cmdOk->click();
+    EXPECT_EQ(m_modes, (std::vector<int>{5, 1}));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("ToolCount"), QString()), QStringLiteral("4"));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Tool04"), QString()), QStringLiteral("8|Drill|8.000|-2000.000"));
 }
