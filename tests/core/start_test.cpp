@@ -7,7 +7,6 @@
 #include "link/comms.h"
 #include "ui_fixture.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -84,13 +83,7 @@ TEST_F(Start, MainReadsTheSettingsLoadsTheFormsAndArmsTheFirstTick)
     // The first tick: the main window up, the splash hidden, the menu 10 ms later.
     tmrShow_Timer();
     EXPECT_TRUE(frmMain()->isVisible() && !frmSplash()->isVisible());
-    QElapsedTimer waited;
-    waited.start();
-    while (gintMode != 1 && waited.elapsed() < 5000) {
-        QEventLoop wait;
-        QTimer::singleShot(10, &wait, &QEventLoop::quit);
-        wait.exec();
-    }
+    PumpEventsUntil([] { return gintMode == 1; });
     EXPECT_EQ(gintMode, 1);
 }
 

@@ -14,7 +14,6 @@
 
 #include "link/frm_rate_test.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -43,14 +42,6 @@ struct PasswordTyper {
     QList<bool> oopsBefore;   // lblOops as each try found it
     QTimer timer;
 };
-
-void PumpUntil(const std::function<bool()> &done)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!done() && t.elapsed() < 5000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-}
 
 TEST_F(Settings, ValidationTable)
 {
@@ -112,7 +103,7 @@ TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
     s->show();
     s->SelectTab(2);
     s->SelectTab(4);
-    PumpUntil([] { return !frmSettings()->tmrPassword->isActive(); });
+    PumpEventsUntil([] { return !frmSettings()->tmrPassword->isActive(); });
     // A confirmation that differs: the boxes empty, nothing set.
     s->txtPass[0]->setText(QStringLiteral("Ab1"));
     s->txtPass[1]->setText(QStringLiteral("ab1"));
@@ -159,13 +150,13 @@ TEST_F(Settings, ThePasswordPageAsksAndCancelGoesBackAndEmptyBoxesRemoveIt)
     {
         PasswordTyper op({QStringLiteral("Cancel")});
         s->SelectTab(4);
-        PumpUntil([s] { return s->intTabCurrent == 3 && !frmPassLoaded(); });
+        PumpEventsUntil([s] { return s->intTabCurrent == 3 && !frmPassLoaded(); });
     }
     EXPECT_EQ(s->intTabCurrent, 3);
     {
         PasswordTyper op({QStringLiteral("k")});
         s->SelectTab(4);
-        PumpUntil([s] { return !frmPassLoaded() && !s->tmrPassword->isActive(); });
+        PumpEventsUntil([s] { return !frmPassLoaded() && !s->tmrPassword->isActive(); });
     }
     EXPECT_EQ(s->intTabCurrent, 4);
     // Both boxes empty: removal, asked first.
