@@ -12,7 +12,7 @@
 
 static const float kUnknown = gintToolUnknownOffset;
 
-TEST_F(ToolScreens, EmptyTableHasNothingToEditOrSort)
+TEST_F(ToolScreens, EmptyTableHasNothingToEditOrSortAndACancelledAddAddsNothing)
 {
     ShowPage();
     EXPECT_EQ(m_modes, std::vector<int>{5});
@@ -23,6 +23,9 @@ TEST_F(ToolScreens, EmptyTableHasNothingToEditOrSort)
     EXPECT_FALSE(m_panel->cmdEdit->isEnabled());
     EXPECT_FALSE(m_panel->cmdDelete->isEnabled());
     EXPECT_EQ(grid.Row(), 0);
+    WhenDialogUp([] { frmToolData().cmdCancel->click(); });   // Add, then Cancel: still no tool
+    m_panel->cmdAdd->click();
+    EXPECT_EQ(gintToolCount, 0);
     // Sort buttons do nothing with fewer than two tools.
     SetTools({{1, "Drill", 3.0f, kUnknown}});
     ShowPage();
