@@ -23,46 +23,32 @@ void outerProcedure() try {
 }
 } // namespace
 
-TEST(ErrorTrap, ReportNamesModuleProcedureNumberAndDescription)
+// The report names the module, the procedure, the number and the description; only the
+// first report counts on the way out; number 0 leaves out the separator; the start has its own.
+TEST(ErrorTrap, ReportsAsTheOperatorReadsThem)
 {
-    TrapRecorder trap;
-    EXPECT_THROW(faultingProcedure(6), TrapEnded);
-    ASSERT_TRUE(trap.fired());
-    EXPECT_EQ(trap.report(), QStringLiteral("An error has occurred in Brantok\r\n\r\nError:\t6 : Overflow\r\n"
-                                            "Location:\tF1Mill / faultingProcedure\r\n"));
-    EXPECT_EQ(trap.title(), QStringLiteral("Brantok ") + AppVersion());
-}
-
-TEST(ErrorTrap, OnlyTheFirstReportCountsOnTheWayOut)
-{
-    TrapRecorder trap;
-    EXPECT_THROW(outerProcedure(), TrapEnded);
-    EXPECT_EQ(trap.count(), 1);
-    EXPECT_TRUE(trap.report().contains(QStringLiteral("F1Mill / faultingProcedure")));
-}
-
-TEST(ErrorTrap, NumberZeroLeavesOutTheSeparator)
-{
-    TrapRecorder trap;
-    EXPECT_THROW(LogError(QStringLiteral("Logger"), QStringLiteral("lngWindowProc"), 0, QStringLiteral("Broken")),
-                 TrapEnded);
-    EXPECT_EQ(trap.report(), QStringLiteral("An error has occurred in Brantok\r\n\r\nError:\tBroken\r\n"
-                                            "Location:\tLogger / lngWindowProc\r\n"));
-}
-
-TEST(ErrorTrap, StartFaultReport)
-{
-    TrapRecorder trap;
-    try {
-        try {
-            vb::Err(13);
-        } catch (...) {
-            ReportStartFault();
-        }
-    } catch (const TrapEnded &) {
+    const QString fault = QStringLiteral("An error has occurred in Brantok\r\n\r\nError:\t");
+    const std::pair<std::function<void()>, QString> cases[] = {
+        {[] { faultingProcedure(6); }, fault + "6 : Overflow\r\nLocation:\tF1Mill / faultingProcedure\r\n"},
+        {outerProcedure, fault + "9 : Subscript out of range\r\nLocation:\tF1Mill / faultingProcedure\r\n"},
+        {[] { LogError(QStringLiteral("Logger"), QStringLiteral("lngWindowProc"), 0, QStringLiteral("Broken")); },
+         fault + "Broken\r\nLocation:\tLogger / lngWindowProc\r\n"},
+        {[] {
+             try {
+                 vb::Err(13);
+             } catch (...) {
+                 ReportStartFault();
+             }
+         },
+         "Cannot start Brantok\r\n\r\nError:\t13 : Type mismatch\r\nLocation:\tF1Mill / Main\r\n"},
+    };
+    for (const auto &[act, report] : cases) {
+        TrapRecorder trap;
+        EXPECT_THROW(act(), TrapEnded) << report.toStdString();
+        EXPECT_EQ(trap.count(), 1);
+        EXPECT_EQ(trap.report(), report);
+        EXPECT_EQ(trap.title(), QStringLiteral("Brantok ") + AppVersion());
     }
-    EXPECT_EQ(trap.report(), QStringLiteral("Cannot start Brantok\r\n\r\nError:\t13 : Type mismatch\r\n"
-                                            "Location:\tF1Mill / Main\r\n"));
 }
 
 TEST(FileQuestions, FolderIsNeverAFile)

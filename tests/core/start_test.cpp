@@ -7,18 +7,12 @@
 #include "link/comms.h"
 #include "ui_fixture.h"
 
-#include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTimer>
 
 namespace {
 
 class Start : public UiTest {};
-
-QString Stored(const char *name, const char *absent = "")
-{
-    return strRegistryValueGet(QString::fromLatin1(name), QString::fromLatin1(absent));
-}
 
 // Answers the first-run dialogs as the operator would: Ok on the welcome, then Save or
 // Cancel on the settings.
@@ -52,25 +46,20 @@ private:
     QTimer m_timer;
 };
 
-TEST_F(Start, FirstRunShowsTheWelcomeThenTheSettingsAndSavingEndsIt)
+// A cancelled first run comes again; a saved one writes only "Set" and ends it; any other
+// text than "No" is no first run.
+TEST_F(Start, FirstRunShowsTheWelcomeThenTheSettingsUntilTheyAreSaved)
 {
-    FirstRunOperator op(true);
-    SetCommandLine(QStringLiteral("/parts/ignored.brx"));
-    MainProcess();
-    EXPECT_EQ(op.order, (QStringList{"about", "settings"}));
-    EXPECT_TRUE(op.welcomeShown);
-    EXPECT_EQ(Stored("Online", "absent"), QStringLiteral("absent"));   // nothing changed: only "Set" is written
-    SetCommandLine(QString());
-}
-
-TEST_F(Start, ACancelledFirstRunComesAgainAndAnyOtherSetTextIsNoFirstRun)
-{
-    for (int run = 0; run < 2; ++run) {
-        FirstRunOperator op(false);
+    for (bool save : {false, false, true}) {
+        FirstRunOperator op(save);
+        SetCommandLine(QStringLiteral("/parts/ignored.brx"));
         MainProcess();
-        EXPECT_EQ(op.order, (QStringList{"about", "settings"})) << "run " << run;
-        EXPECT_EQ(Stored("Set", "No"), QStringLiteral("No"));
+        EXPECT_EQ(op.order, (QStringList{"about", "settings"})) << save;
+        EXPECT_TRUE(op.welcomeShown);
+        EXPECT_EQ(StoredText("Set", "No"), QLatin1String(save ? "Yes" : "No"));
     }
+    EXPECT_EQ(StoredText("Online"), QStringLiteral("absent"));
+    SetCommandLine(QString());
     for (const char *set : {"Yes", ""}) {
         RegistryValuePut(QStringLiteral("Set"), QString::fromLatin1(set));
         FirstRunOperator op(true);
@@ -94,13 +83,7 @@ TEST_F(Start, MainReadsTheSettingsLoadsTheFormsAndArmsTheFirstTick)
     // The first tick: the main window up, the splash hidden, the menu 10 ms later.
     tmrShow_Timer();
     EXPECT_TRUE(frmMain()->isVisible() && !frmSplash()->isVisible());
-    QElapsedTimer waited;
-    waited.start();
-    while (gintMode != 1 && waited.elapsed() < 5000) {
-        QEventLoop wait;
-        QTimer::singleShot(10, &wait, &QEventLoop::quit);
-        wait.exec();
-    }
+    PumpEventsUntil([] { return gintMode == 1; });
     EXPECT_EQ(gintMode, 1);
 }
 
@@ -112,7 +95,7 @@ TEST_F(Start, WindowPlaceComesFromTheStoreInTwipsAndIsSavedOnUnloadUnlessMinimis
     f->move(120, 60);
     f->resize(960, 700);
     Unload(f);
-    EXPECT_EQ((QStringList{Stored("MainLeft"), Stored("MainTop"), Stored("MainWidth")}),
+    EXPECT_EQ((QStringList{StoredText("MainLeft"), StoredText("MainTop"), StoredText("MainWidth")}),
               (QStringList{"1800", "900", "14400"}));
     // A minimised window keeps the place of the run before.
     f = frmMain();
@@ -120,7 +103,7 @@ TEST_F(Start, WindowPlaceComesFromTheStoreInTwipsAndIsSavedOnUnloadUnlessMinimis
     f->move(300, 300);
     f->setWindowState(Qt::WindowMinimized);
     Unload(f);
-    EXPECT_EQ(Stored("MainLeft"), QStringLiteral("1800"));
+    EXPECT_EQ(StoredText("MainLeft"), QStringLiteral("1800"));
 }
 
 TEST_F(Start, EmptyDamagedOrOffScreenPlacesFallBackToTheDefault)
@@ -152,7 +135,7 @@ TEST_F(Start, ShutdownUnloadsEveryFormAndRunsOnceAndTheCloseBoxAndExitMeanIt)
     EXPECT_EQ(ends, 1);
     EXPECT_TRUE(Forms().isEmpty());
     // The position was saved on the way (the window wasn't minimised).
-    EXPECT_NE(Stored("MainLeft", "none"), QStringLiteral("none"));
+    EXPECT_NE(StoredText("MainLeft"), QStringLiteral("absent"));
     frmMain();
     Shutdown();   // a second entry returns at once
     EXPECT_EQ(ends, 1);

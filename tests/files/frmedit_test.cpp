@@ -43,7 +43,6 @@ protected:
     }
 
     QString Write(const QByteArray &bytes) { return WriteFile(m_dir.path() + QStringLiteral("/part.brx"), bytes); }
-    static QByteArray Read(const QString &path) { return ReadFileBytes(path); }
 
     // Acts on the window once it is up: polls, since the reader pumps events before it shows.
     void WhenShown(std::function<void(FrmEdit *)> act)
@@ -109,7 +108,7 @@ TEST_F(FrmEditTest, OkSavesTheCorrectionAndTheFileIsReadAgain)
     EXPECT_EQ(glngCommandCount, 4);
     QByteArray fixed = kFaulty;
     fixed.replace(" M3", "");
-    EXPECT_EQ(Read(file), fixed);   // CR LF kept, nothing else changed
+    EXPECT_EQ(ReadFileBytes(file), fixed);   // CR LF kept, nothing else changed
 }
 
 TEST_F(FrmEditTest, CancelOrEscLeavesTheFileUntouched)
@@ -121,7 +120,7 @@ TEST_F(FrmEditTest, CancelOrEscLeavesTheFileUntouched)
     });
     EXPECT_EQ(ReadLoop(file), 1);
     EXPECT_EQ(gintReadResult, 1);
-    EXPECT_EQ(Read(file), kFaulty);
+    EXPECT_EQ(ReadFileBytes(file), kFaulty);
 
     // Esc answers as Cancel too; a whole-file fault marks no line.
     Write("%\r\nN10 G1 X1\r\n");
@@ -168,5 +167,5 @@ TEST_F(FrmEditTest, OkWithoutChangesKeepsEveryByteButMakesLineEndsCrLf)
     EXPECT_EQ(gintReadResult, 1);
     QByteArray expected = bytes;
     expected.replace("\r\n", "\n").replace('\r', '\n').replace("\n", "\r\n");
-    EXPECT_EQ(Read(file), expected);
+    EXPECT_EQ(ReadFileBytes(file), expected);
 }

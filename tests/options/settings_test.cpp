@@ -14,7 +14,6 @@
 
 #include "link/frm_rate_test.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -23,68 +22,37 @@ namespace {
 
 class Settings : public UiTest {};
 
-QString Stored(const char *name, const char *absent = "absent")
-{
-    return strRegistryValueGet(QString::fromLatin1(name), QString::fromLatin1(absent));
-}
-
-// The operator at the keyboard: `act` runs every few milliseconds while a modal form waits.
-struct Operator {
-    explicit Operator(std::function<void()> fn) : act(std::move(fn))
+// Answers frmPass with each text in turn, every few milliseconds; the word "Cancel" clicks Cancel.
+struct PasswordTyper {
+    explicit PasswordTyper(QStringList tries) : answers(std::move(tries))
     {
-        timer.setInterval(2);
-        QObject::connect(&timer, &QTimer::timeout, [this] { act(); });
-        timer.start();
-    }
-    std::function<void()> act;
-    QTimer timer;
-};
-
-// Answers frmPass with each text in turn; the word "Cancel" clicks Cancel.
-struct PasswordTyper : Operator {
-    explicit PasswordTyper(QStringList tries)
-        : Operator([this] {
-              if (!frmPassLoaded() || !frmPass()->isVisible() || !frmPass()->cmdOk->isEnabled() || answers.isEmpty())
-                  return;
-              const QString next = answers.takeFirst();
-              oopsBefore << frmPass()->lblOops->isVisible();
-              if (next == QLatin1String("Cancel")) {
-                  frmPass()->cmdCancel_Click();
-                  return;
-              }
-              frmPass()->txtPass->setText(next);
-              frmPass()->cmdOk_Click();
-          }),
-          answers(std::move(tries))
-    {
+        QObject::connect(&timer, &QTimer::timeout, [this] {
+            if (!frmPassLoaded() || !frmPass()->isVisible() || !frmPass()->cmdOk->isEnabled() || answers.isEmpty())
+                return;
+            const QString next = answers.takeFirst();
+            oopsBefore << frmPass()->lblOops->isVisible();
+            if (next == QLatin1String("Cancel"))
+                return frmPass()->cmdCancel_Click();
+            frmPass()->txtPass->setText(next);
+            frmPass()->cmdOk_Click();
+        });
+        timer.start(2);
     }
     QStringList answers;
     QList<bool> oopsBefore;   // lblOops as each try found it
+    QTimer timer;
 };
-
-void PumpUntil(const std::function<bool()> &done)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!done() && t.elapsed() < 5000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-}
 
 TEST_F(Settings, ValidationTable)
 {
     struct Case {
-        const char *rapid;
-        const char *playX;
-        int fault;              // 0: no fault; else the fault that ends in the trap
-        const char *stored;     // RapidSpeed afterwards; null: refused with the message
-        const char *storedPlay; // BacklashX afterwards
+        const char *rapid, *playX;
+        int fault;            // 0: no fault; else the fault that ends in the trap
+        const char *stored;   // RapidSpeed afterwards (BacklashX then "0"); null: refused with the message
     } cases[] = {
-        {"abc", "0", 0, nullptr, nullptr},     {"99.4", "0", 0, nullptr, nullptr},
-        {"700.9", "0", 0, nullptr, nullptr},
-        {"99.6", "0", 0, "99", "0"},           // the range test rounds, the store takes the integer part
-        {"700", "0", 0, "700", "0"},           {"100", "abc", 0, "100", "0"},
-        {"99999", "0", 6, nullptr, nullptr},
-        {"450", "70000", 6, nullptr, nullptr},
+        {"abc", "0", 0, nullptr}, {"99.4", "0", 0, nullptr}, {"700.9", "0", 0, nullptr},
+        {"99.6", "0", 0, "99"},   // the range test rounds, the store takes the integer part
+        {"700", "0", 0, "700"},   {"100", "abc", 0, "100"}, {"99999", "0", 6, nullptr}, {"450", "70000", 6, nullptr},
     };
     for (const Case &c : cases) {
         store->writeRaw("");
@@ -105,8 +73,8 @@ TEST_F(Settings, ValidationTable)
             EXPECT_EQ(s->intTabCurrent, 2);
         } else {
             EXPECT_TRUE(s->blnSaveSettings()) << c.rapid;
-            EXPECT_EQ(Stored("RapidSpeed"), QString::fromLatin1(c.stored)) << c.rapid;
-            EXPECT_EQ(Stored("BacklashX"), QString::fromLatin1(c.storedPlay)) << c.rapid;
+            EXPECT_EQ(StoredText("RapidSpeed"), QString::fromLatin1(c.stored)) << c.rapid;
+            EXPECT_EQ(StoredText("BacklashX"), QStringLiteral("0")) << c.rapid;
             continue;
         }
         // Refused: nothing at all reached the store or the settings.
@@ -130,7 +98,7 @@ TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
     s->show();
     s->SelectTab(2);
     s->SelectTab(4);
-    PumpUntil([] { return !frmSettings()->tmrPassword->isActive(); });
+    PumpEventsUntil([] { return !frmSettings()->tmrPassword->isActive(); });
     // A confirmation that differs: the boxes empty, nothing set.
     s->txtPass[0]->setText(QStringLiteral("Ab1"));
     s->txtPass[1]->setText(QStringLiteral("ab1"));
@@ -140,7 +108,7 @@ TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
     s->txtPass[0]->setText(QStringLiteral("Ab1"));
     s->txtPass[1]->setText(QStringLiteral("Ab1"));
     s->cmdPswd_Click();
-    EXPECT_EQ(Stored("Password"), strEncrypt(QStringLiteral("Ab1")));
+    EXPECT_EQ(StoredText("Password"), strEncrypt(QStringLiteral("Ab1")));
     EXPECT_EQ(s->intTabCurrent, 2);   // back where the operator came from
     // Set on this visit: the save that follows doesn't ask.
     s->chkKeepFiles->setChecked(false);
@@ -156,7 +124,7 @@ TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
         EXPECT_TRUE(s->blnSaveSettings());
         EXPECT_EQ(op.oopsBefore, (QList<bool>{false, true}));
     }
-    EXPECT_EQ(Stored("Woodworker"), QStringLiteral("Yes"));
+    EXPECT_EQ(StoredText("Woodworker"), QStringLiteral("Yes"));
     // A wrong try, then Cancel: nothing changes anywhere, and the buttons come back.
     s->chkShowTime->setChecked(false);
     {
@@ -164,7 +132,7 @@ TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
         EXPECT_FALSE(s->blnSaveSettings());
     }
     EXPECT_TRUE(gblnShowTime);
-    EXPECT_EQ(Stored("ShowTime"), QStringLiteral("Yes"));
+    EXPECT_EQ(StoredText("ShowTime"), QStringLiteral("Yes"));
     Unload(s);
 }
 
@@ -177,13 +145,13 @@ TEST_F(Settings, ThePasswordPageAsksAndCancelGoesBackAndEmptyBoxesRemoveIt)
     {
         PasswordTyper op({QStringLiteral("Cancel")});
         s->SelectTab(4);
-        PumpUntil([s] { return s->intTabCurrent == 3 && !frmPassLoaded(); });
+        PumpEventsUntil([s] { return s->intTabCurrent == 3 && !frmPassLoaded(); });
     }
     EXPECT_EQ(s->intTabCurrent, 3);
     {
         PasswordTyper op({QStringLiteral("k")});
         s->SelectTab(4);
-        PumpUntil([s] { return !frmPassLoaded() && !s->tmrPassword->isActive(); });
+        PumpEventsUntil([s] { return !frmPassLoaded() && !s->tmrPassword->isActive(); });
     }
     EXPECT_EQ(s->intTabCurrent, 4);
     // Both boxes empty: removal, asked first.
@@ -192,7 +160,7 @@ TEST_F(Settings, ThePasswordPageAsksAndCancelGoesBackAndEmptyBoxesRemoveIt)
     EXPECT_EQ(gstrPassword, strEncrypt(QStringLiteral("k")));
     s->cmdPswd_Click();   // the scripted box answers OK
     EXPECT_EQ(boxes->last().text, QStringLiteral("This will remove password protection!"));
-    EXPECT_EQ(Stored("Password"), QStringLiteral("None"));
+    EXPECT_EQ(StoredText("Password"), QStringLiteral("None"));
 }
 
 TEST_F(Settings, PortsFromTheStoreGoingOnlineAndOffline)
@@ -213,7 +181,7 @@ TEST_F(Settings, PortsFromTheStoreGoingOnlineAndOffline)
     s->optComms[2]->setChecked(true);
     EXPECT_TRUE(s->blnSaveSettings());
     ASSERT_TRUE(comSerial() && comSerial()->isOpen());
-    EXPECT_EQ(Stored("Comport"), QStringLiteral("COM3"));
+    EXPECT_EQ(StoredText("Comport"), QStringLiteral("COM3"));
     Unload(s);
     // Offline closes the port and sets nothing up.
     s = frmSettings();

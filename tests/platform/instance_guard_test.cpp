@@ -11,43 +11,16 @@
 
 namespace {
 
-TEST(InstanceGuard, SecondCopyAsksTheFirstToComeForward)
+// Checked at the start: the first copy goes on, a second asks it to come forward and ends
+// silently, one that can't reach it (the lock held, but nobody listens) ends with the refusal.
+TEST(InstanceGuard, EveryCopyButTheFirstEnds)
 {
-    QTemporaryDir dir;
-    InstanceGuard first(dir.path()), second(dir.path());
+    QTemporaryDir dir, unheard;
+    InstanceGuard first(dir.path()), second(dir.path()), third(unheard.path());
     int raised = 0;
     first.onRaise = [&] { ++raised; };
-    ASSERT_TRUE(first.acquire());
-    EXPECT_FALSE(second.acquire());
-    EXPECT_TRUE(second.askFirstToRaise());
-    EXPECT_EQ(raised, 1);
-    // Once the first has gone, a new copy is the first.
-    first.release();
-    EXPECT_TRUE(second.acquire());
-}
-
-TEST(InstanceGuard, FirstCopyThatCannotBeReachedGivesTheRefusal)
-{
-    QTemporaryDir dir;
-    // The lock is held, but nobody listens: the first copy can't be found.
-    QLockFile held(dir.path() + QStringLiteral("/Brantok.lock"));
+    QLockFile held(unheard.path() + QStringLiteral("/Brantok.lock"));
     ASSERT_TRUE(held.tryLock(0));
-    InstanceGuard second(dir.path());
-    ScriptedBoxes boxes;
-    int ended = -1;
-    uiHooks().endProcess = [&](int code) { ended = code; };
-    CheckPrevInstance(second);
-    ASSERT_EQ(boxes.shown().size(), 1u);
-    EXPECT_EQ(boxes.last().text, QStringLiteral("unwanted instance cannot start as a previous instance is still running"));
-    EXPECT_EQ(boxes.last().flags, vbCritical);
-    EXPECT_EQ(ended, 0);
-}
-
-TEST(InstanceGuard, FirstCopyGoesOnSecondThatReachedItEndsSilently)
-{
-    QTemporaryDir dir;
-    InstanceGuard first(dir.path()), second(dir.path());
-    first.onRaise = [] {};
     ScriptedBoxes boxes;
     int ended = -1;
     uiHooks().endProcess = [&](int code) { ended = code; };
@@ -55,7 +28,16 @@ TEST(InstanceGuard, FirstCopyGoesOnSecondThatReachedItEndsSilently)
     EXPECT_EQ(ended, -1);
     CheckPrevInstance(second);
     EXPECT_EQ(ended, 0);
+    EXPECT_EQ(raised, 1);
     EXPECT_TRUE(boxes.shown().empty());
+    ended = -1;
+    CheckPrevInstance(third);
+    EXPECT_EQ(ended, 0);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.last().text, QStringLiteral("unwanted instance cannot start as a previous instance is still running"));
+    EXPECT_EQ(boxes.last().flags, vbCritical);
+    first.release();   // once the first has gone, a new copy is the first
+    EXPECT_TRUE(second.acquire());
 }
 
 } // namespace

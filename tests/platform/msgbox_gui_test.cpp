@@ -88,7 +88,7 @@ TEST_F(GuiBoxTest, OwnerIsTheFirstVisibleEnabledFormAndAllAreDisabledDuringTheBo
     EXPECT_TRUE(hidden->isEnabled() && owner->isEnabled() && later->isEnabled());
 }
 
-TEST_F(GuiBoxTest, WaitsForEnterToComeUpWithEveryFormStillDisabled)
+TEST_F(GuiBoxTest, WaitsForEnterAndSpaceToComeUpWithEveryFormStillDisabled)
 {
     QWidget *w = form(true, true);
     bool enterDown = false, releaseSent = false, disabledWhileWaiting = false;
@@ -107,10 +107,8 @@ TEST_F(GuiBoxTest, WaitsForEnterToComeUpWithEveryFormStillDisabled)
     EXPECT_TRUE(releaseSent);            // it didn't return before the release
     EXPECT_TRUE(disabledWhileWaiting);   // and nothing could be clicked meanwhile
     EXPECT_TRUE(w->isEnabled());
-}
-
-TEST_F(GuiBoxTest, SpaceHeldIsWaitedForToo)
-{
+    // Space held is waited for too.
+    duringBox = nullptr;
     int rounds = 0;
     msgBoxPlatform().keyDown = [&](int key) { return key == 32 && rounds < 5; };
     msgBoxPlatform().pump = [&] { ++rounds; };

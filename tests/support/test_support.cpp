@@ -1,17 +1,13 @@
 #include "support/test_support.h"
 
-#include "core/logger.h"
-#include "core/vb.h"
-
-#include <QFile>
-#include <gtest/gtest.h>
-#include <QProcess>
-#include <QProcessEnvironment>
-
 #include "core/store.h"
 #include "tools/tooltable.h"
 
-#include <cstdlib>
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include <gtest/gtest.h>
 
 ScriptedBoxes::ScriptedBoxes()
 {
@@ -22,12 +18,9 @@ ScriptedBoxes::ScriptedBoxes()
             m_answers.pop_front();
             return a;
         }
-        switch (flags & 0x0F) {
-        case 2: return 3;
-        case 3: case 4: return 6;
-        case 5: return 4;
-        default: return 1;
-        }
+        // The first button of each set: OK, OK, Abort, Yes, Yes, Retry.
+        static const int16_t first[] = {1, 1, 3, 6, 6, 4};
+        return (flags & 0x0F) < 6 ? first[flags & 0x0F] : int16_t{1};
     };
 }
 

@@ -10,41 +10,22 @@
 #include <QPushButton>
 #include <QTableWidget>
 
-namespace {
+static const float kUnknown = gintToolUnknownOffset;
 
-const float kUnknown = gintToolUnknownOffset;
-
-// Adds a tool through the real dialog; `type` must be in the type list.
-void AddThroughDialog(ToolDataPanel &panel, const QString &number, const QString &type, const QString &diameter)
-{
-    WhenDialogUp([=] {
-        FrmToolData &dlg = frmToolData();
-        Type(dlg.txtToolNumber, number);
-        dlg.cboToolType->setCurrentIndex(dlg.cboToolType->findText(type));
-        Type(dlg.txtToolDiam, diameter);
-        dlg.cmdOk->click();
-        if (dlg.isVisible())
-            dlg.cmdCancel->click();   // refused: give up
-    });
-    panel.cmdAdd->click();
-}
-
-} // namespace
-
-TEST_F(ToolScreens, EmptyTableShowsEightEmptyRowsAndNothingToEdit)
+TEST_F(ToolScreens, EmptyTableHasNothingToEditOrSortAndACancelledAddAddsNothing)
 {
     ShowPage();
     EXPECT_EQ(m_modes, std::vector<int>{5});
     ToolGrid &grid = *m_panel->grdTools;
     EXPECT_EQ(gintToolRows, 0);
     EXPECT_EQ(grid.Rows(), 9);
-    for (int r = 1; r <= 8; ++r)
-        for (int c = 0; c < 5; ++c)
-            EXPECT_TRUE(grid.TextMatrix(r, c).isEmpty());
     ClickCell(grid, 3, 1);
     EXPECT_FALSE(m_panel->cmdEdit->isEnabled());
     EXPECT_FALSE(m_panel->cmdDelete->isEnabled());
     EXPECT_EQ(grid.Row(), 0);
+    WhenDialogUp([] { frmToolData().cmdCancel->click(); });   // Add, then Cancel: still no tool
+    m_panel->cmdAdd->click();
+    EXPECT_EQ(gintToolCount, 0);
     // Sort buttons do nothing with fewer than two tools.
     SetTools({{1, "Drill", 3.0f, kUnknown}});
     ShowPage();
@@ -96,38 +77,38 @@ TEST_F(ToolScreens, DeleteAsksAndMovesTheRecordsDown)
     EXPECT_FALSE(m_panel->cmdDelete->isEnabled());
 }
 
+// Editing a tool may keep its own number, type and diameter but not take another tool's number;
+// a change keeps the offset.
 TEST_F(ToolScreens, EditChangesNumberTypeAndDiameterAndKeepsTheOffset)
 {
     SetTools({{12, "End mill", 6.0f, 3.5f}, {3, "Drill", 2.5f, kUnknown}});
     ShowPage();
     ToolGrid &grid = *m_panel->grdTools;
     ClickCell(grid, 2, 0);   // tool 12
-    WhenDialogUp([] {
+    WhenDialogUp([] { frmToolData().cmdOk->click(); });
+    m_panel->cmdEdit->click();
+    EXPECT_TRUE(m_boxes->shown().empty());
+    ClickCell(grid, 2, 0);
+    WhenDialogUp([this] {
         FrmToolData &dlg = frmToolData();
         EXPECT_EQ(dlg.cboToolType->currentText(), QStringLiteral("End mill"));
         EXPECT_EQ(dlg.txtToolDiam->text(), QStringLiteral("6.000"));
+        dlg.txtToolNumber->setText(QStringLiteral("3"));
+        dlg.cmdOk->click();
+        EXPECT_EQ(m_boxes->shown().size(), 1u);
         dlg.txtToolNumber->setText(QStringLiteral("14"));
         dlg.cboToolType->setCurrentIndex(dlg.cboToolType->findText(QStringLiteral("Bull nose")));
         dlg.txtToolDiam->setText(QStringLiteral("6.35"));
         dlg.cmdOk->click();
     });
     m_panel->cmdEdit->click();
-    EXPECT_TRUE(m_boxes->shown().empty());
+    ASSERT_EQ(m_boxes->shown().size(), 1u);
+    EXPECT_EQ(m_boxes->last().title, QStringLiteral("Tool number"));
     EXPECT_EQ(Row(grid, 2), QStringList({"14", "Bull nose", "6.350", "3.500", "1"}));
 }
 
-TEST_F(ToolScreens, DoneSavesTheTableAndGoesToTheMenu)
-{
-    SetTools({{12, "End mill", 6.0f, kUnknown}});
-    ShowPage();
-    AddThroughDialog(*m_panel, QStringLiteral("4"), QStringLiteral("Drill"), QStringLiteral("1.23456"));
-    m_panel->cmdOk->click();
-    EXPECT_EQ(m_modes, (std::vector<int>{5, 1}));
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("ToolCount"), QString()), QStringLiteral("2"));
-    // The diameter box takes three decimals at most.
-    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Tool02"), QString()), QStringLiteral("4|Drill|1.234|-2000.000"));
-}
-
+// Hidden tools stay out of the grid; an added tool follows the shown rows; Done saves the table
+// and goes to the menu.
 TEST_F(ToolScreens, HiddenToolsStayOutOfTheGridAndAnAddFollowsTheShownRows)
 {
     SetTools({{1, "Drill", 1.0f, kUnknown}, {2, "Drill", 2.0f, kUnknown}, {3, "Drill", 3.0f, kUnknown}});
@@ -135,8 +116,19 @@ TEST_F(ToolScreens, HiddenToolsStayOutOfTheGridAndAnAddFollowsTheShownRows)
     ShowPage();
     ToolGrid &grid = *m_panel->grdTools;
     EXPECT_EQ(Column(grid, 0), QStringList({"1", "3"}));
-    AddThroughDialog(*m_panel, QStringLiteral("8"), QStringLiteral("Drill"), QStringLiteral("8"));
+    WhenDialogUp([] {
+        FrmToolData &dlg = frmToolData();
+        Type(dlg.txtToolNumber, QStringLiteral("8"));
+        dlg.cboToolType->setCurrentIndex(dlg.cboToolType->findText(QStringLiteral("Drill")));
+        Type(dlg.txtToolDiam, QStringLiteral("8"));
+        dlg.cmdOk->click();
+    });
+    m_panel->cmdAdd->click();
     EXPECT_EQ(gintToolCount, 4);
     EXPECT_EQ(Column(grid, 0), QStringList({"1", "3", "8"}));
     EXPECT_EQ(grid.TextMatrix(3, 4), QStringLiteral("4"));
+    m_panel->cmdOk->click();
+    EXPECT_EQ(m_modes, (std::vector<int>{5, 1}));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("ToolCount"), QString()), QStringLiteral("4"));
+    EXPECT_EQ(strRegistryValueGet(QStringLiteral("Tool04"), QString()), QStringLiteral("8|Drill|8.000|-2000.000"));
 }

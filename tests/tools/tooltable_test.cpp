@@ -4,15 +4,20 @@
 
 #include <gtest/gtest.h>
 
+// No count is an empty table; fields that are not numbers read as 0.
 TEST(ToolTable, RecordsLoadAsStored)
 {
     TempStore store;
-    store.writeRaw("[General]\nToolCount=3\nTool01=12|End mill|6.000|-2000.000\n"
-                   "Tool02=3|Slot drill|4.5|12.25\nTool03=12|Ball nose|2|1\n");
     ToolDataLoad();
-    ASSERT_EQ(gintToolCount, 3);
+    EXPECT_EQ(gintToolCount, 0);
+    store.writeRaw("[General]\nToolCount=4\nTool01=12|End mill|6.000|-2000.000\n"
+                   "Tool02=3|Slot drill|4.5|12.25\nTool03=12|Ball nose|2|1\nTool04=x|End mill|y|z\n");
+    ToolDataLoad();
+    ASSERT_EQ(gintToolCount, 4);
     EXPECT_EQ(gtypTools(1).strType, QStringLiteral("End mill"));
     EXPECT_EQ(gtypTools(1).sngOffset, gintToolUnknownOffset);
+    EXPECT_EQ(gtypTools(4).intNumber, 0);
+    EXPECT_EQ(gtypTools(4).sngOffset, 0.0f);
     EXPECT_EQ(intToolGetId(3), 2);
     EXPECT_EQ(intToolGetId(12), 1);   // the lower index wins
     EXPECT_EQ(intToolGetId(99), 0);
@@ -52,16 +57,4 @@ TEST(ToolTable, DamagedRecordsEndInTheTrap)
         EXPECT_TRUE(trap.report().contains(QStringLiteral("Location:\tF1Mill / ToolDataLoad"))) << c.ini;
         EXPECT_TRUE(trap.report().contains(QStringLiteral("Error:\t%1 : ").arg(c.number))) << trap.report().toStdString();
     }
-}
-
-TEST(ToolTable, AbsentCountIsAnEmptyTableAndFieldsThatAreNotNumbersReadAsZero)
-{
-    TempStore store;
-    ToolDataLoad();
-    EXPECT_EQ(gintToolCount, 0);
-    EXPECT_EQ(intToolGetId(1), 0);
-    store.writeRaw("[General]\nToolCount=1\nTool01=x|End mill|y|z\n");
-    ToolDataLoad();
-    EXPECT_EQ(gtypTools(1).intNumber, 0);
-    EXPECT_EQ(gtypTools(1).sngOffset, 0.0f);
 }
