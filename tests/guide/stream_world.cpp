@@ -61,8 +61,8 @@ StreamWorld::StreamWorld()
     uiHooks().messageBox = [this](const QString &text, int32_t flags, const QString &title) -> int16_t {
         BoxSeen b{text, flags, title, emu ? static_cast<int64_t>(emu->written().size()) : 0};
         seen.push_back(b);
-        if (onBox)
-            return onBox(b);
+        if (const int16_t answer = onBox ? onBox(b) : 0)
+            return answer;
         switch (flags & 0x0F) {
         case 2: return 3;
         case 3: case 4: return 6;

@@ -25,7 +25,7 @@ struct StreamWorld : LinkWorld {
     std::vector<int> promptSteps;
     // What the operator does at each step shown: 0 Cancel, 1 Done. Default: Done.
     std::function<int(int step)> onPrompt;
-    // The message boxes, and the answer to each (default: the first button).
+    // The message boxes, and the answer to each; 0 (or no onBox) answers the first button.
     std::vector<BoxSeen> seen;
     std::function<int16_t(const BoxSeen &)> onBox;
     // Screens the run went back to.
