@@ -10,15 +10,15 @@
 #include "link/keyboard_panel.h"
 #include "link/stream.h"
 #include "nc/analysed.h"
+#include "nc/commands.h"
 #include "nc/ncxdump.h"
 #include "tools/toolgrid.h"
 #include "tools/tooltable.h"
 
-#include <QTableWidget>
-
 #include <QFile>
 #include <QGroupBox>
 #include <QLabel>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTextEdit>
 
@@ -120,6 +120,7 @@ TEST_P(WizardRoad, MenuToTwoPartsAndAFreshStart)
     w.nav(3);
     ASSERT_EQ(gintSetStep, 2);
     ASSERT_TRUE(QFile::exists(gstrAnalysedFile));
+    EXPECT_TRUE(cmdSetPreview()->isVisibleTo(w.f->picHeader));   // analysed: the preview is offered
     const auto analysed = AnalysedMoves();
     w.nav(3);   // step 3: the task "secure the billet", no spindle
     ASSERT_EQ(gintMode, 2);
@@ -150,9 +151,19 @@ TEST_P(WizardRoad, MenuToTwoPartsAndAFreshStart)
     w.task({VK_PRIOR, VK_NUMPAD9}, 300);
     ASSERT_EQ(gintSetStep, 7);
 
+    // At the tool change the machining panel marks the next line to run and shows the progress.
+    PicMachining *panel = w.f->picMachining;
+    QStringList marked;
+    w.onPrompt = [&](int step) {
+        const auto lines = panel->rtbMillCode->extraSelections();
+        if (step == 0 && !lines.isEmpty())
+            marked << lines.first().cursor.selectedText() + u' ' + QString::number(panel->pgbMillProg->value());
+        return 1;
+    };
     auto runPart = [&](int part) {
         const qsizetype from = w.emu->written().size();
         w.promptTags.clear();
+        marked.clear();
         w.nav(4);   // Start
         ASSERT_EQ(gintMode, 6) << part;
         w.runStarted();
@@ -161,6 +172,9 @@ TEST_P(WizardRoad, MenuToTwoPartsAndAFreshStart)
         // The tool change in the middle asks for the change; a T at the very end asks nothing.
         EXPECT_EQ(w.promptTags.contains(QStringLiteral("0")), GetParam() == &kArcsAndToolChange) << part;
         EXPECT_EQ(w.promptTags.back(), QStringLiteral("5")) << part;          // the end
+        EXPECT_EQ(marked, GetParam() == &kArcsAndToolChange ? QStringList{"N110 G0 X2 Y2 79"} : QStringList()) << part;
+        EXPECT_EQ(panel->pgbMillProg->value(), 100) << part;
+        EXPECT_EQ(panel->rtbMillCode->toPlainText().split(u'\n').size(), glngCommandCount) << part;
         // The machine ran what the PC counted, and after the lead-in exactly the program.
         EXPECT_EQ(c.posX() - origin[0], glngPosX) << part;
         EXPECT_EQ(c.posY() - origin[1], glngPosY) << part;
