@@ -184,17 +184,3 @@ void UnloadForms()
         Unload(*it);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
-
-std::vector<int> StreamWorld::frameSizes() const
-{
-    std::vector<int> sizes;
-    if (!emu)
-        return sizes;
-    const QByteArray &w = emu->written();
-    for (qsizetype i = 0; i < w.size();) {
-        const int len = static_cast<uint8_t>(w.at(i));
-        sizes.push_back((len - 1) / 3);
-        i += len > 0 ? len : 1;
-    }
-    return sizes;
-}

@@ -53,8 +53,6 @@ struct StreamWorld : LinkWorld {
     void run();
     // The operator hits Esc on the main window (posted: it arrives on the next pump).
     static void postEsc();
-    // The frames the controller was sent, as record counts (spindle frames included).
-    std::vector<int> frameSizes() const;
 
 private:
     QTimer m_watch;

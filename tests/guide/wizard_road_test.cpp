@@ -108,17 +108,15 @@ void Road(const QByteArray &program, bool toolChange)
     // Main menu -> Mill a part -> Next -> the file.
     w.toMill(program);
     ASSERT_EQ(gintMode, 3);
-    EXPECT_EQ(w.title(), QStringLiteral("Step 1: Choose an NC file"));
     w.nav(3);
-    EXPECT_EQ(w.dialogTitles, QStringList{QStringLiteral("Select file to be milled")});
-    ASSERT_EQ(gintSetStep, 1) << w.seen.size();
-    EXPECT_EQ(w.f->windowTitle(), QStringLiteral("Brantok for the Emco F1 Mill - ") + w.chosenFile);
-    EXPECT_EQ(gintToolRows, 2);
+    ASSERT_EQ(gintSetStep, 1);
+    EXPECT_TRUE(w.page().startsWith(QStringLiteral("Safety: are the Tool Offset Measurements correct?")));
     // Yes -> the analysis -> the billet.
     w.nav(3);
     ASSERT_EQ(gintSetStep, 2);
     ASSERT_TRUE(QFile::exists(gstrAnalysedFile));
     EXPECT_TRUE(cmdSetPreview()->isVisibleTo(w.f->picHeader));   // analysed: the preview is offered
+    EXPECT_TRUE(w.page().contains(QStringLiteral("\n1) safety of hands: remove any cutter from the head;\n")));
     const auto analysed = AnalysedMoves();
     w.nav(3);   // step 3: the task "secure the billet", no spindle
     ASSERT_EQ(gintMode, 2);
@@ -132,7 +130,6 @@ void Road(const QByteArray &program, bool toolChange)
     for (int axis = 0; axis < 3; ++axis) {
         w.nav(3);
         ASSERT_EQ(gintMode, 2);
-        EXPECT_FALSE(w.f->picKeyboard->imgCutter->isHidden());
         EXPECT_EQ(w.f->picKeyboard->imgCutter->pixmap().toImage(),
                   ilsCutter(QString::fromLatin1(touches[axis].second)).toImage());
         EXPECT_FALSE(w.f->picKeyboard->picSpindleStart->isHidden());
@@ -191,12 +188,11 @@ void Road(const QByteArray &program, bool toolChange)
     w.f->picMethod->cmdMethodRepeat->click();
     EXPECT_TRUE(gblnRepeatPart);
     ASSERT_EQ(gintSetStep, 2);
-    EXPECT_FALSE(w.f->picHeader->isHidden());
     EXPECT_EQ(w.f->picHeader->rtbHeader->toPlainText(), QString(gstrHeader).remove(u'\r'));
     w.nav(3);
     EXPECT_EQ(w.title(), QStringLiteral("Step 4: Insert the Cutting Tool"));
-    EXPECT_TRUE(w.f->picKeyboard->rtbTask->toPlainText().contains(
-        QStringLiteral("2) Secure billet in exactly the same position as previous billet.")));
+    EXPECT_TRUE(w.f->picKeyboard->rtbTask->toPlainText().startsWith(
+        QStringLiteral("1) safety: remove any cutter;\n2) Secure billet in exactly the same position as previous billet.")));
     w.task();
     w.nav(3);
     ASSERT_EQ(gintSetStep, 7);
