@@ -4,7 +4,6 @@
 #include "core/frm_main.h"
 #include "link/machining_screen.h"
 #include "link/spindle.h"
-#include "platform/forms.h"
 
 #include <QAction>
 #include <QCoreApplication>

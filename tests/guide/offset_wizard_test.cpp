@@ -5,13 +5,11 @@
 
 #include "core/frm_splash.h"
 #include "guide/offset_panel.h"
-#include "guide/offset_wizard.h"
 #include "link/keyboard_panel.h"
 #include "tools/toolscreens_support.h"
 #include "tools/tooltable.h"
 
 #include <QCoreApplication>
-#include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>

@@ -7,11 +7,8 @@
 #include "core/frm_main.h"
 #include "core/msgbox.h"
 #include "guide/frm_mill.h"
-#include "link/spindle.h"
 #include "link/stream.h"
-#include "nc/commands.h"
 #include "nc/stepcode.h"
-#include "platform/forms.h"
 
 #include <QFile>
 #include <QTextEdit>

@@ -20,21 +20,9 @@
 #include <gtest/gtest.h>
 
 const QByteArray kTwoToolProgram =
-    "%\r\n"
-    "* Two tools\r\n"
-    "N10 T1\r\n"
-    "N20 S1000\r\n"
-    "N30 G0 X2 Y1 Z1\r\n"
-    "N40 G1 Z-0.5 F100\r\n"
-    "N50 G1 X4 F200\r\n"
-    "N60 G1 Y2.5\r\n"
-    "N70 G0 Z1\r\n"
-    "N80 T2\r\n"
-    "N90 S2000\r\n"
-    "N100 G0 X1 Y1\r\n"
-    "N110 G1 Z-0.2 F100\r\n"
-    "N120 G1 X3 Y2 F150\r\n"
-    "N130 G0 Z2\r\n";
+    "%\r\n* Two tools\r\nN10 T1\r\nN20 S1000\r\nN30 G0 X2 Y1 Z1\r\nN40 G1 Z-0.5 F100\r\nN50 G1 X4 F200\r\n"
+    "N60 G1 Y2.5\r\nN70 G0 Z1\r\nN80 T2\r\nN90 S2000\r\nN100 G0 X1 Y1\r\nN110 G1 Z-0.2 F100\r\n"
+    "N120 G1 X3 Y2 F150\r\nN130 G0 Z2\r\n";
 
 StreamWorld::StreamWorld()
 {

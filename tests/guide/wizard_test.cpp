@@ -2,23 +2,16 @@
 // The flows run on the real forms with the emulator on the fake clock (wizard_world.h).
 #include "guide/wizard_world.h"
 
-#include "core/frm_splash.h"
 #include "core/hooks.h"
 #include "files/filechoice.h"
-#include "guide/setmill.h"
 #include "guide/setmill_pages.h"
 #include "link/keyboard_panel.h"
-#include "link/stream.h"
-#include "nc/commands.h"
 #include "tools/toolgrid.h"
 #include "tools/tooltable.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QGroupBox>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTextDocument>
@@ -60,16 +53,10 @@ TEST(WizardPages, TheSafetyBeforeStartWordForWordWithItsColours)
               "keyboard.\nWhile this window is displayed:\n1) check the spindle motor switch is in position CNC;\n"
               "2) safety: note the red Emergency Stop Button..\nClick START when you are ready to begin machining.\n"
               "or click BACK to raise the cutter\nor click CANCEL to return to the Main Menu.");
-    // Safety in red, "must" in bold italic; a billet size of 0 is left out.
+    // Safety in red; on the warning above the origin steps, "must" in bold italic.
     EXPECT_TRUE(strSetStepPage(7, true, false, false)
                     .contains(QStringLiteral("color:#ff0000\">safety: note the red Emergency Stop Button.</span>.")));
     EXPECT_TRUE(strSetWarning().contains(QStringLiteral("<b><i>must</i></b>")));
-    gsngBilletLength = 40;
-    gsngBilletWidth = 30;
-    gsngBilletDepth = 10;
-    EXPECT_TRUE(Plain(strSetStepPage(2, true, false, false)).contains(QStringLiteral("a billet 40mm x 30mm x 10mm to")));
-    gsngBilletDepth = 0;
-    EXPECT_TRUE(Plain(strSetStepPage(2, true, false, false)).contains(QStringLiteral("a billet to")));
 }
 
 TEST(WizardFlow, ACancelledDialogComesBackToStepOneAndAFaultyFileIsCorrectedAndReadAgain)
