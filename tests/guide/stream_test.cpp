@@ -9,8 +9,10 @@
 #include "guide/frm_mill.h"
 #include "link/stream.h"
 #include "nc/stepcode.h"
+#include "platform/keystate.h"
 
 #include <QFile>
+#include <QPushButton>
 #include <QTextEdit>
 
 #include <gtest/gtest.h>
@@ -31,15 +33,30 @@ TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasC
 {
     StreamWorld w;
     ASSERT_NO_FATAL_FAILURE(w.startOnline(2));
-    QStringList speedPages;
+    // Every page of the prompt as shown, its title and its lines but the closing one.
+    QStringList pages;
+    bool redChange = false;
     w.onPrompt = [&](int step) {
-        if (step == 4)
-            speedPages << frmMill()->rtbMill->toPlainText().split(u'\n').first();
+        const FrmMill *f = frmMill();
+        pages << f->lblStepTitle->text() + u':' + f->rtbMill->toPlainText().section(u'\n', 0, -2).replace(u'\n', u'|');
+        redChange = redChange || (step == 0 && f->rtbMill->toHtml().contains(QStringLiteral("#ff0000")));
         return 1;
     };
     w.run();
     EXPECT_EQ(w.promptTags, (QStringList{"1", "0", "5"}));
-    EXPECT_EQ(speedPages, (QStringList{"Set the spindle speed to 1000", "Set the spindle speed to 2000"}));
+    EXPECT_EQ(pages.join(u'\n').toStdString(),
+              "Insert Tool:1) Insert tool Number 1 (End mill 6 mm)|2) Close the machine door.\n"
+              "Start the Spindle:1) Set the spindle switch to the CNC position.|2) Set the speed control to minimum.\n"
+              "Set Spindle Speed:Set the spindle speed to 1000\n"
+              "Prepare to Change Tool:1) Safety: set the spindle switch to position 0;|2) Open the machine door.\n"
+              "Change Tool:1) Change to tool Number 2 (Ball end 3 mm)|2) Close the machine door.\n"
+              "Start the Spindle:1) Set the spindle switch to the CNC position.|2) Set the speed control to minimum.\n"
+              "Set Spindle Speed:Set the spindle speed to 2000\n"
+              "Step 11: End of NC code:While this window is displayed:|1) safety: set the spindle switch to off, "
+              "position 0;|2) open the machine door;|3) safety: remove the cutter from the milling head.\n"
+              "Step 12: Machining is complete:While this window is displayed:|1) remove the finished work (safety: "
+              "only when the cutter has been removed);|2) clean the machine;");
+    EXPECT_TRUE(redChange);   // the safety line in red
     EXPECT_TRUE(w.seen.empty());
     EXPECT_EQ(w.showMethod, 1);
     EXPECT_EQ(gintCurrentTool, 2);
@@ -51,9 +68,12 @@ TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasC
     EXPECT_LE(c.maxFramesHeld(), 2);
     EXPECT_EQ(c.overflows(), 0);
     EXPECT_EQ(c.badLengthBytes(), 0);
-    // The run is over: spindle off, files closed, the work file deleted by the last Done.
+    // The run is over: spindle off, no tool in, the play as after a reset, files closed, the
+    // work file deleted by the last Done.
     EXPECT_FALSE(c.spindleOn());
-    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_FALSE(gblnSpindleOn || gblnToolInserted || gblnToolInMachine);
+    EXPECT_EQ(gintLastDirX, -1);
+    EXPECT_EQ(gintPlayX, 2);
     EXPECT_EQ(gintAnalysedFile, 0);
     EXPECT_EQ(gintWorkFile, 0);
     EXPECT_FALSE(QFile::exists(gstrWorkFile));
@@ -74,17 +94,13 @@ TEST_F(StreamTest, ToolPromptsStartAtTheRightStep)
         QByteArray program;
         QStringList tags;
         std::vector<int> steps;
-        QStringList titles;   // of steps 1 and 2 as shown, in order
     };
     const QByteArray sameTool = "%\r\nN10 T1\r\nN20 S800\r\nN30 G0 X1 Y1 Z1\r\nN40 G1 Z0 F100\r\n"
                                 "N50 T1\r\nN55 S800\r\nN60 G1 X2\r\nN70 G0 Z1\r\n";
     const Case cases[] = {
-        {"empty spindle", 0, 0, false, false, kTwoToolProgram, {"1", "0", "5"}, {1, 2, 4, 0, 1, 2, 4, 5, 6},
-         {"Insert Tool", "Start the Spindle", "Change Tool", "Start the Spindle"}},
-        {"first tool in from the set-up", 1, 1, true, true, kTwoToolProgram, {"2", "0", "5"}, {2, 4, 0, 1, 2, 4, 5, 6},
-         {"Start the Spindle", "Change Tool", "Start the Spindle"}},
-        {"a tool called again", 0, 0, false, false, sameTool, {"1", "5"}, {1, 2, 4, 5, 6},
-         {"Insert Tool", "Start the Spindle"}},
+        {"empty spindle", 0, 0, false, false, kTwoToolProgram, {"1", "0", "5"}, {1, 2, 4, 0, 1, 2, 4, 5, 6}},
+        {"first tool in from the set-up", 1, 1, true, true, kTwoToolProgram, {"2", "0", "5"}, {2, 4, 0, 1, 2, 4, 5, 6}},
+        {"a tool called again", 0, 0, false, false, sameTool, {"1", "5"}, {1, 2, 4, 5, 6}},
     };
     for (const Case &k : cases) {
         SCOPED_TRACE(k.name);
@@ -98,16 +114,9 @@ TEST_F(StreamTest, ToolPromptsStartAtTheRightStep)
         gintNextTool = k.next;
         gblnToolInserted = k.inserted;
         gblnToolInMachine = k.inMachine;
-        QStringList titles;
-        w.onPrompt = [&](int step) {
-            if (step == 1 || step == 2)
-                titles << frmMill()->lblStepTitle->text();
-            return 1;
-        };
         w.run();
         EXPECT_EQ(w.promptTags, k.tags);
         EXPECT_EQ(w.promptSteps, k.steps);
-        EXPECT_EQ(titles, k.titles);
         EXPECT_EQ(w.showMethod, 1);
         EXPECT_TRUE(w.seen.empty());
         EXPECT_EQ(w.panelHistory.count(QStringLiteral("timer")), 0u);   // ShowTime off: no time shown
@@ -332,4 +341,26 @@ TEST_F(StreamTest, ASpindleStartThatTimesOutDoesNotCountAsRunning)
         EXPECT_EQ(w.showMethod, 1);
         UnloadForms();
     }
+}
+
+// frmMill on its own: a second click while Enter is still down is ignored.
+TEST_F(StreamTest, ASecondPromptClickWhileTheKeysAreStillDownIsIgnored)
+{
+    StreamWorld w;
+    w.setUp();
+    FakeKeyState keys;
+    ScopedKeyState scope(&keys);
+    FrmMill *f = frmMill();
+    gintNextTool = 1;
+    f->SetStep(0);
+    keys.Press(13);
+    int queries = 0;
+    keys.onQuery = [&](int) {
+        if (++queries == 3)
+            f->cmdNav[1]->click();   // the operator clicks again while Enter is held
+        if (queries == 6)
+            keys.Release(13);
+    };
+    f->cmdNav[1]->click();
+    EXPECT_EQ(f->intStep, 1);   // one step on, not two
 }

@@ -112,12 +112,7 @@ void StreamWorld::setUp(int16_t backlash, float rapid)
 
 bool StreamWorld::compile(const QByteArray &text)
 {
-    const QString path = dir.path() + QStringLiteral("/part.brx");
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly))
-        return false;
-    f.write(text);
-    f.close();
+    const QString path = writeFile(QStringLiteral("part.brx"), text);
     gblnCancel = false;
     gblnAnalysedToTemp = false;
     gfnCompFileReason = &strCompFileReason;
@@ -136,21 +131,14 @@ bool StreamWorld::compile(const QByteArray &text)
     return QFile::exists(gstrAnalysedFile);
 }
 
-void EmptySpindle()
-{
-    gintCurrentTool = 0;
-    gintNextTool = 0;
-    gblnToolInserted = false;
-    gblnToolInMachine = false;
-}
-
 void StreamWorld::startOnline(int16_t backlash)
 {
     setUp(backlash);
     ASSERT_TRUE(compile(kTwoToolProgram));
     goOnline();
     ASSERT_NE(emu, nullptr);
-    EmptySpindle();
+    gintCurrentTool = gintNextTool = 0;
+    gblnToolInserted = gblnToolInMachine = false;
 }
 
 void StreamWorld::postEsc()

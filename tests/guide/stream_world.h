@@ -45,6 +45,8 @@ struct StreamWorld : LinkWorld {
 
     // Store values and tools 1 and 2 (End mill 6 mm, 3 mm), then the settings read.
     void setUp(int16_t backlash = 0, float rapid = 500.0f);
+    // Writes an NC file into the world's folder and returns its path.
+    QString writeFile(const QString &name, const QByteArray &text) { return WriteFile(dir.path() + u'/' + name, text); }
     // Writes and compiles an NC program; true when an analysed file was made.
     bool compile(const QByteArray &text);
     // setUp, kTwoToolProgram compiled, online, the first tool going into an empty spindle.
@@ -60,9 +62,6 @@ private:
     int64_t m_stepsAtOpen = -1;
     void watchPrompt();
 };
-
-// The first tool goes into an empty spindle.
-void EmptySpindle();
 
 // Unloads every form, newest first, and lets Qt delete them.
 void UnloadForms();
