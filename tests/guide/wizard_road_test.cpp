@@ -89,10 +89,10 @@ void Road(const QByteArray &program, bool toolChange)
     ASSERT_EQ(gintSetStep, 2);
     ASSERT_TRUE(QFile::exists(gstrAnalysedFile));
     EXPECT_TRUE(cmdSetPreview()->isVisibleTo(w.f->picHeader));   // analysed: the preview is offered
-    // The billet's size from the header, left out when the file gives none.
-    EXPECT_TRUE(w.page().contains(QStringLiteral("\n1) safety of hands: remove any cutter from the head;\n2) secure a billet") +
-                                  (toolChange ? QStringLiteral(" 40mm x 30mm x 10mm") : QString()) +
-                                  QStringLiteral(" to the mill table")));
+    // The safety line, and the billet's size from the header, left out when the file gives none.
+    const QString size = toolChange ? QStringLiteral(" 40mm x 30mm x 10mm") : QString();
+    EXPECT_TRUE(w.page().contains(QStringLiteral("\n1) safety of hands: remove any cutter from the head;\n") +
+                                  QStringLiteral("2) secure a billet") + size + QStringLiteral(" to the mill table")));
     const auto analysed = AnalysedMoves();
     w.nav(3);   // step 3: the task "secure the billet", no spindle
     ASSERT_EQ(gintMode, 2);
@@ -101,7 +101,8 @@ void Road(const QByteArray &program, bool toolChange)
     EXPECT_EQ(gintCurrentTool, 1);
     EXPECT_EQ(gsngOriginToolOffset, 1.5f);
     // Z, X, Y: touch each face with the cutter, then raise it.
-    const std::pair<int, const char *> touches[] = {{VK_NEXT, "CutterTop"}, {VK_RIGHT, "CutterSide"}, {VK_UP, "CutterFront"}};
+    const std::pair<int, const char *> touches[] = {
+        {VK_NEXT, "CutterTop"}, {VK_RIGHT, "CutterSide"}, {VK_UP, "CutterFront"}};
     int64_t origin[3] = {0, 0, 0};
     for (int axis = 0; axis < 3; ++axis) {
         w.nav(3);
