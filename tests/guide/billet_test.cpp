@@ -1,5 +1,5 @@
-// Billet help driven through the main window: the pages that warn word for word, the list
-// colouring, the slide's guard against a page change while the billet travels, and Return.
+// Billet help driven through the main window: the pages that warn word for word, the slide's
+// guard against a page change while the billet travels, and Return.
 #include "core/ui_fixture.h"
 #include "guide/billet.h"
 #include "platform/keystate.h"
@@ -51,18 +51,9 @@ TEST_F(BilletTest, FivePagesWithTheirWarningsWordForWord)
         if (!pages[topic - 1].isEmpty()) {
             EXPECT_EQ(Text().replace(QChar::Nbsp, u' '), pages[topic - 1]) << topic;
         }
-        for (int16_t i = 1; i <= 5; ++i)
-            EXPECT_EQ(billetPage().txtTopic[static_cast<size_t>(i)]->foreColor(), i == topic ? kMenuRed : kMenuBlue);
-        // "centre-line" in bold italic wherever it stands.
-        QTextCursor c = billetPage().rtbBillet->document()->find(QStringLiteral("centre-line"));
-        if (topic != 3) {
-            ASSERT_FALSE(c.isNull());
-            EXPECT_TRUE(c.charFormat().fontItalic() && c.charFormat().fontWeight() == QFont::Bold);
-        }
     }
     QTextCursor red = billetPage().rtbBillet->document()->find(QStringLiteral("The machining attempt"));
     EXPECT_EQ(red.charFormat().foreground().color(), QColor(Qt::red));
-    EXPECT_FALSE(frmMain()->tlbButton(QStringLiteral("Back"))->isEnabled());
 }
 
 TEST_F(BilletTest, APageChangeWhileTheBilletTravelsIsDropped)
@@ -77,10 +68,6 @@ TEST_F(BilletTest, APageChangeWhileTheBilletTravelsIsDropped)
     EXPECT_GT(pumps, 20);   // the billet was seen to travel
     EXPECT_EQ(BilletTopic(), 2);
     EXPECT_TRUE(Text().startsWith(QStringLiteral("The picture shows a badly placed billet.")));
-    SetPumpHook([&] { ++pumps; });
-    pumps = 0;
-    ShowTopic(2);   // the page already shown: nothing moves
-    EXPECT_EQ(pumps, 0);
 }
 
 TEST_F(BilletTest, ReturnWaitsForEnterAndGoesBackByItsTag)
@@ -101,7 +88,6 @@ TEST_F(BilletTest, ReturnWaitsForEnterAndGoesBackByItsTag)
     SetMode(3);
     frmMain()->picSetMill->cmdSetNav[2]->setEnabled(false);
     ShowBillet(QStringLiteral("Explain"));
-    EXPECT_FALSE(frmMain()->picSetMill->isVisibleTo(frmMain()));
     cmdBilletReturn_Click();
     EXPECT_TRUE(frmMain()->picSetMill->isVisibleTo(frmMain()));
     EXPECT_TRUE(frmMain()->picSetMill->cmdSetNav[2]->isEnabled());

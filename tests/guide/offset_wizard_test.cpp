@@ -1,23 +1,17 @@
 // The tool offset wizard on the real main window, online to the controller emulator on the
-// fake clock, with the jog keys held on the fake key state: the datum, two tools measured in
-// one visit, Esc during the raising tasks, and the tool grid's empty rows.
-#include "guide/stream_world.h"
+// fake clock, with the jog keys held on the fake key state (wizard_world.h): the datum, two
+// tools measured in one visit, Esc during the raising tasks, and the tool grid's empty rows.
+#include "guide/wizard_world.h"
 
-#include "core/state.h"
-#include "core/frm_main.h"
 #include "core/frm_splash.h"
 #include "guide/offset_panel.h"
-#include "guide/offset_wizard.h"
 #include "link/keyboard_panel.h"
-#include "platform/forms.h"
-#include "platform/keystate.h"
 #include "tools/toolscreens_support.h"
 #include "tools/tooltable.h"
 
-#include <QAction>
 #include <QCoreApplication>
-#include <QGroupBox>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QTextEdit>
 
@@ -30,89 +24,36 @@ protected:
     void SetUp() override
     {
         uiHooks().endProcess = [](int) { throw TrapEnded(); };   // a trapped fault fails the test
-        ReadStartSettings();
+        w.setUp();
         SetTools({{12, "End mill", 6.0f, -2000.0f}, {3, "Slot drill", 4.5f, 1.5f}});
         w.goOnline();
-        f = frmMain();
-        f->tmrShowMenu->stop();
         f->show();
         ShowMenu(QString());
-        o = f->picOffset;
-    }
-    void TearDown() override { UnloadForms(); }
-
-    // The task now on the manual screen: `vk` held with Numpad 9 for `ms` of machine time,
-    // then left by Done, or by Esc. Returns when the manual screen has gone back.
-    void Task(int vk, int ms, bool done = true)
-    {
-        ASSERT_EQ(gintMode, 2);
-        ASSERT_FALSE(f->picKeyboard->fraTask->isHidden());
-        taskText = f->picKeyboard->rtbTask->toPlainText();
-        const int64_t start = w.clock.msecs();
-        int phase = 0;
-        const int id = w.clock.addListener([&](int64_t nowNs) {
-            const int64_t t = nowNs / 1000000 - start;
-            if (phase == 0 && vk) {
-                keys.Press(vk);
-                keys.Press(VK_NUMPAD9);
-            }
-            if (phase == 0)
-                phase = 1;
-            if (phase == 1 && t >= ms) {
-                keys.ReleaseAll();
-                phase = 2;
-            }
-            if (phase == 2 && t >= ms + 50) {
-                phase = 3;
-                if (done)
-                    f->picKeyboard->cmdDone->click();
-                else
-                    f->Form_KeyDown(27, 0);
-            }
-        });
-        frmSplash()->tmrKeyControl->stop();
-        frmSplash()->tmrKeyControl_Timer();   // the loop, until the task ends
-        w.clock.removeListener(id);
+        f->MenuAction(QStringLiteral("Offsets"));
     }
     void Nav(int index) { o->cmdOffNav[static_cast<size_t>(index)]->click(); }
-    QString Title() const
-    {
-        return o->fraOffTools->isHidden() ? o->lblOffStepTitle->text() : o->lblOffToolsTitle->text();
-    }
-    QString Buttons() const   // enabled buttons, More..Finish as 0/1
-    {
-        QString s;
-        for (QPushButton *b : o->cmdOffNav)
-            s += b->isEnabled() ? u'1' : u'0';
-        return s;
-    }
+    // The jog task now on the manual screen: `vk` held with Numpad 9, then Done (or Esc).
+    void Task(int vk, int ms, bool esc = false) { w.task({vk, VK_NUMPAD9}, ms, esc); }
     int64_t EmuZ() { return w.emu->controller().posZ(); }
 
-    LinkWorld w;
-    FakeKeyState keys;
-    ScopedKeyState scoped{&keys};
-    FrmMain *f = nullptr;
-    PicOffset *o = nullptr;
-    QString taskText;
+    WizardWorld w;
+    FrmMain *f = w.f;
+    PicOffset *o = f->picOffset;
 };
 
 TEST_F(OffsetWizard, TwoToolsMeasuredInOneVisitStoreTheirRecordsOnly)
 {
-    f->MenuAction(QStringLiteral("Offsets"));
     EXPECT_EQ(gintMode, 7);
-    EXPECT_EQ(Title(), QStringLiteral("Step 1: Prepare a Datum Surface"));
     EXPECT_FALSE(o->txtNoRoom->isHidden());
-    EXPECT_EQ(Buttons(), QStringLiteral("01010"));
     EXPECT_TRUE(gblnToolInserted && gblnToolInMachine);
-
     QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QCoreApplication::sendEvent(o, &enter);   // Enter is Next: the skim, with the spindle and its picture
     EXPECT_FALSE(f->picKeyboard->picSpindleStart->isHidden());
     EXPECT_FALSE(f->picKeyboard->imgCutter->isHidden());
     EXPECT_FALSE(gblnToolInserted);
+    EXPECT_TRUE(f->picKeyboard->rtbTask->toPlainText().startsWith(
+        QStringLiteral("1) Click the green button to start the spindle.")));
     Task(VK_NEXT, 40);
-    EXPECT_TRUE(taskText.startsWith(QStringLiteral("1) Click the green button to start the spindle.")));
-    EXPECT_EQ(Title(), QStringLiteral("Step 2: Set the Measurement Datum"));
 
     Nav(3);   // the rim nips the paper: the datum
     EXPECT_TRUE(f->picKeyboard->picSpindleStart->isHidden());
@@ -121,13 +62,12 @@ TEST_F(OffsetWizard, TwoToolsMeasuredInOneVisitStoreTheirRecordsOnly)
     const int64_t datum = EmuZ();
     Nav(3);
     Task(VK_PRIOR, 300);
-    EXPECT_EQ(Title(), QStringLiteral("Step 4: Select Tool"));
-    EXPECT_EQ(Buttons(), QStringLiteral("01100"));   // Next waits for a tool
 
-    // The grid lists by tool number: row 1 is tool 3, row 2 tool 12. A click under the
-    // list keeps Next off and puts the cursor back at the top.
+    // Select Tool: the grid lists by tool number, row 1 is tool 3, row 2 tool 12. Next waits
+    // for a tool; a click under the list keeps it off and puts the cursor back at the top.
     ToolGrid &grid = *o->grdOffTools;
     EXPECT_EQ(Column(grid, 0), QStringList({QStringLiteral("3"), QStringLiteral("12")}));
+    EXPECT_FALSE(o->cmdOffNav[3]->isEnabled());
     ClickCell(grid, 2, 1);
     EXPECT_TRUE(o->cmdOffNav[3]->isEnabled());
     ClickCell(grid, 5, 1);
@@ -144,7 +84,6 @@ TEST_F(OffsetWizard, TwoToolsMeasuredInOneVisitStoreTheirRecordsOnly)
     for (const Tool &t : tools) {
         if (t.index == 2) {   // More: straight to the choice, the last tool still selected
             Nav(0);
-            EXPECT_EQ(Title(), QStringLiteral("Step 4: Select Tool"));
             EXPECT_EQ(gintMode, 2);   // no task ran: the panel stands over the ended manual screen
             EXPECT_FALSE(frmSplash()->tmrKeyControl->isActive());
             EXPECT_EQ(grid.Row(), 2);
@@ -173,10 +112,7 @@ TEST_F(OffsetWizard, TwoToolsMeasuredInOneVisitStoreTheirRecordsOnly)
             firstRecord = record;
         Nav(3);
         Task(VK_PRIOR, 300);
-        EXPECT_EQ(Title(), QStringLiteral("Step 7: Remove the Tool"));
-        EXPECT_EQ(Buttons(), QStringLiteral("11101"));
     }
-    EXPECT_NE(gtypTools(1).sngOffset, gtypTools(2).sngOffset);
     EXPECT_EQ(strRegistryValueGet(strToolValueName(1), QString()), firstRecord);
     EXPECT_EQ(strRegistryValueGet(QStringLiteral("ToolCount"), QStringLiteral("none")), QStringLiteral("none"));
     Nav(4);   // Finish
@@ -185,21 +121,19 @@ TEST_F(OffsetWizard, TwoToolsMeasuredInOneVisitStoreTheirRecordsOnly)
 
 TEST_F(OffsetWizard, EscDuringTheRaisingTasksSetsTheDatumOrTheOffsetAgainAtThatHeight)
 {
-    f->MenuAction(QStringLiteral("Offsets"));
     Nav(3);
     Task(VK_NEXT, 40);
     Nav(3);
     Task(VK_NEXT, 120);
     Nav(3);
     // Esc while raising before the tool goes in: back to the datum's page, datum set here.
-    Task(VK_PRIOR, 300, false);
-    EXPECT_EQ(gintOffStep, 2);
-    EXPECT_EQ(Title(), QStringLiteral("Step 3: Raise the Milling Head"));
+    Task(VK_PRIOR, 300, true);
+    EXPECT_EQ(o->lblOffStepTitle->text(), QStringLiteral("Step 3: Raise the Milling Head"));
     EXPECT_EQ(glngPosZ, 0);
     EXPECT_EQ(f->picKeyboard->lblPos[2]->text(), QStringLiteral("0.00"));
     const int64_t datum = EmuZ();
     Nav(3);
-    Task(0, 10);   // raised already
+    w.task();   // raised already
     ClickCell(*o->grdOffTools, 1, 0);
     Nav(3);
     Nav(3);
@@ -208,14 +142,12 @@ TEST_F(OffsetWizard, EscDuringTheRaisingTasksSetsTheDatumOrTheOffsetAgainAtThatH
     EXPECT_EQ(measured, static_cast<float>((EmuZ() - datum) / 72.0));
     // Esc while raising the measured tool: back to step 6, measured again at this height.
     Nav(3);
-    Task(VK_PRIOR, 300, false);
-    EXPECT_EQ(gintOffStep, 5);
-    EXPECT_EQ(Title(), QStringLiteral("Step 6: Raise the Tool"));
+    Task(VK_PRIOR, 300, true);
+    EXPECT_EQ(o->lblOffStepTitle->text(), QStringLiteral("Step 6: Raise the Tool"));
     const float raised = static_cast<float>((EmuZ() - datum) / 72.0);
     EXPECT_GT(raised, measured);
     EXPECT_EQ(gtypTools(2).sngOffset, raised);
     EXPECT_EQ(strRegistryValueGet(strToolValueName(2), QString()), strToolRecord(gtypTools(2)));
-    EXPECT_EQ(Buttons(), QStringLiteral("01110"));
     // Esc on the wizard is Cancel: it leaves at once; what was written stays written.
     QKeyEvent esc(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
     QCoreApplication::sendEvent(o, &esc);

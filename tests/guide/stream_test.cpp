@@ -1,6 +1,6 @@
 // The machining stream and the in-run prompts, run against the controller emulator on the
 // fake clock, with frmMill's real buttons pressed by a watcher and the boxes answered by the
-// test.
+// test; and the spindle controls on the main window, which follow the link's state.
 #include "guide/stream_world.h"
 
 #include "core/filenum.h"
@@ -10,12 +10,14 @@
 #include "link/machining_screen.h"
 #include "link/spindle.h"
 #include "link/stream.h"
-#include "nc/commands.h"
 #include "nc/stepcode.h"
-#include "platform/forms.h"
+#include "platform/keystate.h"
 
+#include <QAction>
+#include <QCoreApplication>
 #include <QFile>
-#include <QProgressBar>
+#include <QMouseEvent>
+#include <QPushButton>
 #include <QTextEdit>
 
 #include <gtest/gtest.h>
@@ -24,36 +26,6 @@ namespace {
 
 const QString kContinue = QStringLiteral(
     "Do you want to continue machining?\r\nClick YES to carry on \r\nor NO to return to Main Menu");
-
-struct Positions {
-    int32_t x, y, z;
-};
-
-// A clean run offline from the origin: the steps the program sends. Offline the door counts
-// as closed, and every prompt comes; with ShowTime off no time is shown.
-Positions OfflineReference(StreamWorld &w)
-{
-    gblnOnline = false;
-    gblnDoorOpen = true;
-    gblnShowTime = false;
-    EmptySpindle();
-    glngPosX = glngPosY = glngPosZ = 0;
-    // The play as a reset leaves it, the same as the online run will start with.
-    gintLastDirX = gintLastDirY = gintLastDirZ = -1;
-    gintPlayX = gintBacklashX;
-    gintPlayY = gintBacklashY;
-    gintPlayZ = gintBacklashZ;
-    w.run();
-    EXPECT_EQ(w.promptTags, (QStringList{"1", "0", "5"}));
-    EXPECT_TRUE(w.seen.empty());
-    EXPECT_EQ(w.panelHistory.count(QStringLiteral("timer")), 0u);
-    Positions p{glngPosX, glngPosY, glngPosZ};
-    glngPosX = glngPosY = glngPosZ = 0;
-    w.promptTags.clear();
-    w.promptSteps.clear();
-    w.showMethod = 0;
-    return p;
-}
 
 class StreamTest : public ::testing::Test {
 protected:
@@ -66,15 +38,29 @@ TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasC
 {
     StreamWorld w;
     ASSERT_NO_FATAL_FAILURE(w.startOnline(2));
-    QStringList speedPages;
+    // Every page of the prompt as shown, its title and its lines but the closing one.
+    QStringList pages;
+    bool redChange = false;
     w.onPrompt = [&](int step) {
-        if (step == 4)
-            speedPages << frmMill()->rtbMill->toPlainText().split(u'\n').first();
+        const FrmMill *f = frmMill();
+        pages << f->lblStepTitle->text() + u':' + f->rtbMill->toPlainText().section(u'\n', 0, -2).replace(u'\n', u'|');
+        redChange = redChange || (step == 0 && f->rtbMill->toHtml().contains(QStringLiteral("#ff0000")));
         return 1;
     };
     w.run();
-    EXPECT_EQ(w.promptTags, (QStringList{"1", "0", "5"}));
-    EXPECT_EQ(speedPages, (QStringList{"Set the spindle speed to 1000", "Set the spindle speed to 2000"}));
+    EXPECT_EQ(pages.join(u'\n').toStdString(),
+              "Insert Tool:1) Insert tool Number 1 (End mill 6 mm)|2) Close the machine door.\n"
+              "Start the Spindle:1) Set the spindle switch to the CNC position.|2) Set the speed control to minimum.\n"
+              "Set Spindle Speed:Set the spindle speed to 1000\n"
+              "Prepare to Change Tool:1) Safety: set the spindle switch to position 0;|2) Open the machine door.\n"
+              "Change Tool:1) Change to tool Number 2 (Ball end 3 mm)|2) Close the machine door.\n"
+              "Start the Spindle:1) Set the spindle switch to the CNC position.|2) Set the speed control to minimum.\n"
+              "Set Spindle Speed:Set the spindle speed to 2000\n"
+              "Step 11: End of NC code:While this window is displayed:|1) safety: set the spindle switch to off, "
+              "position 0;|2) open the machine door;|3) safety: remove the cutter from the milling head.\n"
+              "Step 12: Machining is complete:While this window is displayed:|1) remove the finished work (safety: "
+              "only when the cutter has been removed);|2) clean the machine;");
+    EXPECT_TRUE(redChange);   // the safety line in red
     EXPECT_TRUE(w.seen.empty());
     EXPECT_EQ(w.showMethod, 1);
     EXPECT_EQ(gintCurrentTool, 2);
@@ -85,13 +71,13 @@ TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasC
     EXPECT_LE(w.maxOut, 2);
     EXPECT_LE(c.maxFramesHeld(), 2);
     EXPECT_EQ(c.overflows(), 0);
-    for (int n : w.frameSizes()) {
-        EXPECT_GE(n, 1);
-        EXPECT_LE(n, 16);
-    }
-    // The run is over: spindle off, files closed, the work file deleted by the last Done.
+    EXPECT_EQ(c.badLengthBytes(), 0);
+    // The run is over: spindle off, no tool in, the play as after a reset, files closed, the
+    // work file deleted by the last Done.
     EXPECT_FALSE(c.spindleOn());
-    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_FALSE(gblnSpindleOn || gblnToolInserted || gblnToolInMachine);
+    EXPECT_EQ(gintLastDirX, -1);
+    EXPECT_EQ(gintPlayX, 2);
     EXPECT_EQ(gintAnalysedFile, 0);
     EXPECT_EQ(gintWorkFile, 0);
     EXPECT_FALSE(QFile::exists(gstrWorkFile));
@@ -100,6 +86,7 @@ TEST_F(StreamTest, WholeProgramOnlineRunsToTheEndPromptsAndTheMachineDidWhatWasC
                                     QStringLiteral("  "));
     EXPECT_GE(glngMachiningTime, 2);
     EXPECT_LE(glngMachiningTime, w.clock.msecs() / 1000 + 1);
+    EXPECT_EQ(strMachiningTime(36000 + 3725), QStringLiteral("11:02:05"));
 }
 
 TEST_F(StreamTest, ToolPromptsStartAtTheRightStep)
@@ -111,39 +98,32 @@ TEST_F(StreamTest, ToolPromptsStartAtTheRightStep)
         QByteArray program;
         QStringList tags;
         std::vector<int> steps;
-        QStringList titles;   // of steps 1 and 2 as shown, in order
     };
     const QByteArray sameTool = "%\r\nN10 T1\r\nN20 S800\r\nN30 G0 X1 Y1 Z1\r\nN40 G1 Z0 F100\r\n"
                                 "N50 T1\r\nN55 S800\r\nN60 G1 X2\r\nN70 G0 Z1\r\n";
     const Case cases[] = {
-        {"empty spindle", 0, 0, false, false, kTwoToolProgram, {"1", "0", "5"}, {1, 2, 4, 0, 1, 2, 4, 5, 6},
-         {"Insert Tool", "Start the Spindle", "Change Tool", "Start the Spindle"}},
-        {"first tool in from the set-up", 1, 1, true, true, kTwoToolProgram, {"2", "0", "5"}, {2, 4, 0, 1, 2, 4, 5, 6},
-         {"Start the Spindle", "Change Tool", "Start the Spindle"}},
-        {"a tool called again", 0, 0, false, false, sameTool, {"1", "5"}, {1, 2, 4, 5, 6},
-         {"Insert Tool", "Start the Spindle"}},
+        {"empty spindle", 0, 0, false, false, kTwoToolProgram, {"1", "0", "5"}, {1, 2, 4, 0, 1, 2, 4, 5, 6}},
+        {"first tool in from the set-up", 1, 1, true, true, kTwoToolProgram, {"2", "0", "5"}, {2, 4, 0, 1, 2, 4, 5, 6}},
+        {"a tool called again", 0, 0, false, false, sameTool, {"1", "5"}, {1, 2, 4, 5, 6}},
     };
     for (const Case &k : cases) {
         SCOPED_TRACE(k.name);
         StreamWorld w;
         w.setUp();
-        ASSERT_TRUE(w.compile(k.program)) << (w.seen.empty() ? QString() : w.seen.back().text).toStdString();
+        ASSERT_TRUE(w.compile(k.program));
         gblnOnline = false;
+        gblnDoorOpen = true;   // offline the door counts as closed
+        gblnShowTime = false;
         gintCurrentTool = k.current;
         gintNextTool = k.next;
         gblnToolInserted = k.inserted;
         gblnToolInMachine = k.inMachine;
-        QStringList titles;
-        w.onPrompt = [&](int step) {
-            if (step == 1 || step == 2)
-                titles << frmMill()->lblStepTitle->text();
-            return 1;
-        };
         w.run();
         EXPECT_EQ(w.promptTags, k.tags);
         EXPECT_EQ(w.promptSteps, k.steps);
-        EXPECT_EQ(titles, k.titles);
         EXPECT_EQ(w.showMethod, 1);
+        EXPECT_TRUE(w.seen.empty());
+        EXPECT_EQ(w.panelHistory.count(QStringLiteral("timer")), 0u);   // ShowTime off: no time shown
         UnloadForms();
     }
 }
@@ -173,7 +153,7 @@ TEST_F(StreamTest, DoorOpenedAtAFrameBoundaryAsksDoorOpenAndSendsNothingUntilAns
             c.closeDoor();
             return vbYes;
         }
-        return b.flags % 16 == vbRetryCancel ? vbRetry : vbOK;
+        return 0;
     };
     w.run();
     ASSERT_GE(w.seen.size(), 2u);
@@ -208,7 +188,7 @@ TEST_F(StreamTest, DoorOpenedMidFrameStopsEverythingUntilTheDoorIsClosedAndTheOp
     w.onBox = [&](const BoxSeen &b) -> int16_t {
         if (b.title == QLatin1String("Door Open"))
             c.closeDoor();
-        return b.flags % 16 == vbYesNo ? vbYes : (b.flags % 16 == vbRetryCancel ? vbRetry : vbOK);
+        return 0;
     };
     w.run();
     ASSERT_GE(w.doorOpenings, 1);
@@ -223,19 +203,10 @@ TEST_F(StreamTest, DoorOpenedMidFrameStopsEverythingUntilTheDoorIsClosedAndTheOp
 TEST_F(StreamTest, EscAsksMachiningInterruptedAndYesGoesOnFromTheNextRecord)
 {
     StreamWorld w;
-    w.setUp(2);
-    ASSERT_TRUE(w.compile(kTwoToolProgram));
-    const Positions ref = OfflineReference(w);
-    // From the origin the lead-in reaches X2 Y1 Z1 and the last G0 leaves the tool at X3 Y2 Z2,
-    // with the play of 2 steps taken up on each axis's first move up: the count is what was sent.
-    EXPECT_EQ((std::array<int32_t, 3>{ref.x, ref.y, ref.z}),
-              (std::array<int32_t, 3>{3 * 72 + 2, 2 * 72 + 2, 2 * 72 + 2}));
+    ASSERT_NO_FATAL_FAILURE(w.startOnline(2));
     frmMain()->show();
-    w.goOnline();
-    EmptySpindle();
     ControllerEmulator &c = w.emu->controller();
-    bool pressed = false;
-    bool spindleAtBox = true;
+    bool pressed = false, spindleAtBox = true;
     w.onPump = [&] {
         if (!pressed && c.spindleOn() && c.stepRecords() > 150) {
             pressed = true;
@@ -243,11 +214,9 @@ TEST_F(StreamTest, EscAsksMachiningInterruptedAndYesGoesOnFromTheNextRecord)
         }
     };
     w.onBox = [&](const BoxSeen &b) -> int16_t {
-        if (b.text == kContinue) {
+        if (b.text == kContinue)
             spindleAtBox = c.spindleOn();
-            return vbYes;
-        }
-        return vbOK;
+        return 0;   // Yes, then Ok to the knob
     };
     w.run();
     ASSERT_EQ(w.seen.size(), 2u);
@@ -256,10 +225,12 @@ TEST_F(StreamTest, EscAsksMachiningInterruptedAndYesGoesOnFromTheNextRecord)
     EXPECT_FALSE(spindleAtBox);   // stopped before the question
     EXPECT_EQ(w.seen[1].title, QStringLiteral("Machining interrupted"));
     EXPECT_EQ(w.showMethod, 1);
-    // Nothing lost, nothing repeated: the machine made the whole program.
-    EXPECT_EQ(c.posX(), ref.x);
-    EXPECT_EQ(c.posY(), ref.y);
-    EXPECT_EQ(c.posZ(), ref.z);
+    // Nothing lost, nothing repeated: from the origin the lead-in reaches X2 Y1 Z1 and the last
+    // G0 leaves the tool at X3 Y2 Z2, with the play of 2 steps taken up on each axis's first
+    // move up. The machine made exactly that, and the PC counted it.
+    const std::array<int64_t, 3> end{3 * 72 + 2, 2 * 72 + 2, 2 * 72 + 2};
+    EXPECT_EQ((std::array<int64_t, 3>{c.posX(), c.posY(), c.posZ()}), end);
+    EXPECT_EQ((std::array<int64_t, 3>{glngPosX, glngPosY, glngPosZ}), end);
 }
 
 TEST_F(StreamTest, LostReplyRaisesTheAlarmAfterTenSecondsAndNoGoesBackToTheWizard)
@@ -324,51 +295,6 @@ TEST_F(StreamTest, CancelInAPromptIsHandledAsEscAndSendsNoStep)
     EXPECT_EQ(w.backToWizard, 1);
 }
 
-TEST_F(StreamTest, TheMachiningPanelShowsTheCodeWithTheCurrentLineMarkedAndTheProgress)
-{
-    StreamWorld w;
-    w.setUp();
-    ASSERT_TRUE(w.compile(kTwoToolProgram));
-    FrmMain *main = frmMain();
-    InstallMachiningUi();
-    StreamHooks &h = streamHooks();
-    h.millPrompt = [&](const QString &tag) {
-        w.promptTags << tag;
-        return ShowMillPrompt(tag);
-    };
-    h.backToWizard = {};
-    h.showMethod = {};
-    ShowMachining();
-    gblnOnline = false;
-    EmptySpindle();
-    QStringList marked;
-    std::vector<int> progress;
-    w.onPrompt = [&](int step) {
-        QTextEdit *code = main->picMachining->rtbMillCode;
-        // The first page of each tool prompt.
-        if (QString::number(step) == w.promptTags.last() && step < 5) {
-            marked << (code->extraSelections().isEmpty() ? QString()
-                                                         : code->extraSelections().first().cursor.selectedText());
-            progress.push_back(main->picMachining->pgbMillProg->value());
-        }
-        return 1;
-    };
-    w.run();
-    QTextEdit *code = main->picMachining->rtbMillCode;
-    EXPECT_EQ(code->toPlainText().split(u'\n').size(), glngCommandCount);
-    // The first prompt (insert) opens on the lead-in, command 3; the change on command 10.
-    EXPECT_EQ(marked, (QStringList{"N30 G0 X2 Y1 Z1", "N100 G0 X1 Y1"}));
-    EXPECT_EQ(progress, (std::vector<int>{23, 77}));
-    EXPECT_EQ(main->picMachining->pgbMillProg->value(), 100);
-}
-
-TEST(StreamFormat, MachiningTimeIsHoursMinutesSeconds)
-{
-    EXPECT_EQ(strMachiningTime(0), QStringLiteral("00:00:00"));
-    EXPECT_EQ(strMachiningTime(3725), QStringLiteral("01:02:05"));
-    EXPECT_EQ(strMachiningTime(36000 + 59), QStringLiteral("10:00:59"));
-}
-
 // A spindle start whose reply is lost: the alarm, and the spindle counts as not running, so the
 // prompt stays at "Close Door" and the continue path asks again instead of resuming.
 TEST_F(StreamTest, ASpindleStartThatTimesOutDoesNotCountAsRunning)
@@ -405,7 +331,7 @@ TEST_F(StreamTest, ASpindleStartThatTimesOutDoesNotCountAsRunning)
             }
             if (b.text == kRetry)
                 stepsAtRetry = c.stepRecords();
-            return b.flags % 16 == vbRetryCancel ? vbRetry : vbOK;
+            return 0;
         };
         w.run();
         EXPECT_EQ(w.skullTexts.size(), 1);
@@ -419,4 +345,78 @@ TEST_F(StreamTest, ASpindleStartThatTimesOutDoesNotCountAsRunning)
         EXPECT_EQ(w.showMethod, 1);
         UnloadForms();
     }
+}
+
+// frmMill on its own: a second click while Enter is still down is ignored.
+TEST_F(StreamTest, ASecondPromptClickWhileTheKeysAreStillDownIsIgnored)
+{
+    StreamWorld w;
+    w.setUp();
+    FakeKeyState keys;
+    ScopedKeyState scope(&keys);
+    FrmMill *f = frmMill();
+    gintNextTool = 1;
+    f->SetStep(0);
+    keys.Press(13);
+    int queries = 0;
+    keys.onQuery = [&](int) {
+        if (++queries == 3)
+            f->cmdNav[1]->click();   // the operator clicks again while Enter is held
+        if (queries == 6)
+            keys.Release(13);
+    };
+    f->cmdNav[1]->click();
+    EXPECT_EQ(f->intStep, 1);   // one step on, not two
+}
+
+TEST_F(StreamTest, TheSpindleControlsFollowTheSpindleAndTheDoorAndClicksOnlyAsk)
+{
+    StreamWorld w;
+    w.setUp();
+    FrmMain *f = frmMain();
+    InstallMachiningUi();
+    w.goOnline();
+    PicKeyboard *k = f->picKeyboard;
+    auto lamps = [&](int start, int stop) {
+        return k->picSpindleStart->pixmap().toImage() == f->ilsSpindle(start).toImage() &&
+               k->picSpindleStop->pixmap().toImage() == f->ilsSpindle(stop).toImage();
+    };
+
+    SpindleStart();
+    EXPECT_TRUE(gblnSpindleOn);
+    EXPECT_TRUE(lamps(2, 3));
+    EXPECT_FALSE(k->picSpindleStart->isEnabled());
+    EXPECT_TRUE(k->picSpindleStop->isEnabled());
+    EXPECT_FALSE(f->mnuMStart->isEnabled());
+    EXPECT_TRUE(f->mnuMStop->isEnabled());
+
+    // The door opens while the spindle turns: stopped, start refused, the warning shown.
+    w.emu->controller().openDoor();
+    w.LinkWorld::run(5);
+    EXPECT_FALSE(gblnSpindleOn);
+    EXPECT_TRUE(lamps(1, 4));
+    EXPECT_FALSE(k->picSpindleStart->isEnabled());
+    EXPECT_FALSE(f->mnuMStart->isEnabled());
+    EXPECT_FALSE(f->mnuMStop->isEnabled());
+    EXPECT_TRUE(k->picStopped->isVisibleTo(k));
+    EXPECT_EQ(k->lblStopped->text(),
+              QStringLiteral("Spindle has been stopped. Close door and Click the green button to restart."));
+
+    // Closed again: the start picture may be used.
+    w.emu->controller().closeDoor();
+    w.LinkWorld::run(5);
+    EXPECT_TRUE(k->picSpindleStart->isEnabled());
+
+    // Clicks and menu entries only ask; the key loop acts.
+    gblnSpindleStartReq = gblnSpindleStopReq = false;
+    const int before = w.emu->controller().spindleRecords();
+    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QCoreApplication::sendEvent(k->picSpindleStart, &release);
+    EXPECT_TRUE(gblnSpindleStartReq);
+    f->mnuMStop->setEnabled(true);
+    f->mnuMStop->trigger();
+    EXPECT_TRUE(gblnSpindleStopReq);
+    w.LinkWorld::run(5);
+    EXPECT_EQ(w.emu->controller().spindleRecords(), before);
 }

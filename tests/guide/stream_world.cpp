@@ -20,21 +20,9 @@
 #include <gtest/gtest.h>
 
 const QByteArray kTwoToolProgram =
-    "%\r\n"
-    "* Two tools\r\n"
-    "N10 T1\r\n"
-    "N20 S1000\r\n"
-    "N30 G0 X2 Y1 Z1\r\n"
-    "N40 G1 Z-0.5 F100\r\n"
-    "N50 G1 X4 F200\r\n"
-    "N60 G1 Y2.5\r\n"
-    "N70 G0 Z1\r\n"
-    "N80 T2\r\n"
-    "N90 S2000\r\n"
-    "N100 G0 X1 Y1\r\n"
-    "N110 G1 Z-0.2 F100\r\n"
-    "N120 G1 X3 Y2 F150\r\n"
-    "N130 G0 Z2\r\n";
+    "%\r\n* Two tools\r\nN10 T1\r\nN20 S1000\r\nN30 G0 X2 Y1 Z1\r\nN40 G1 Z-0.5 F100\r\nN50 G1 X4 F200\r\n"
+    "N60 G1 Y2.5\r\nN70 G0 Z1\r\nN80 T2\r\nN90 S2000\r\nN100 G0 X1 Y1\r\nN110 G1 Z-0.2 F100\r\n"
+    "N120 G1 X3 Y2 F150\r\nN130 G0 Z2\r\n";
 
 StreamWorld::StreamWorld()
 {
@@ -61,8 +49,8 @@ StreamWorld::StreamWorld()
     uiHooks().messageBox = [this](const QString &text, int32_t flags, const QString &title) -> int16_t {
         BoxSeen b{text, flags, title, emu ? static_cast<int64_t>(emu->written().size()) : 0};
         seen.push_back(b);
-        if (onBox)
-            return onBox(b);
+        if (const int16_t answer = onBox ? onBox(b) : 0)
+            return answer;
         switch (flags & 0x0F) {
         case 2: return 3;
         case 3: case 4: return 6;
@@ -107,9 +95,9 @@ void StreamWorld::watchPrompt()
         f->cmdNav[static_cast<size_t>(button)]->click();
 }
 
-void StreamWorld::setUp(int16_t backlash, float rapid)
+void StreamWorld::setUp(int16_t backlash)
 {
-    RegistryValuePut(QStringLiteral("RapidSpeed"), QString::number(static_cast<double>(rapid)));
+    RegistryValuePut(QStringLiteral("RapidSpeed"), QStringLiteral("500"));
     RegistryValuePut(QStringLiteral("KeepFiles"), QStringLiteral("Yes"));
     RegistryValuePut(QStringLiteral("ShowTime"), QStringLiteral("Yes"));
     for (const char *axis : {"BacklashX", "BacklashY", "BacklashZ"})
@@ -124,12 +112,7 @@ void StreamWorld::setUp(int16_t backlash, float rapid)
 
 bool StreamWorld::compile(const QByteArray &text)
 {
-    const QString path = dir.path() + QStringLiteral("/part.brx");
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly))
-        return false;
-    f.write(text);
-    f.close();
+    const QString path = writeFile(QStringLiteral("part.brx"), text);
     gblnCancel = false;
     gblnAnalysedToTemp = false;
     gfnCompFileReason = &strCompFileReason;
@@ -148,21 +131,14 @@ bool StreamWorld::compile(const QByteArray &text)
     return QFile::exists(gstrAnalysedFile);
 }
 
-void EmptySpindle()
-{
-    gintCurrentTool = 0;
-    gintNextTool = 0;
-    gblnToolInserted = false;
-    gblnToolInMachine = false;
-}
-
 void StreamWorld::startOnline(int16_t backlash)
 {
     setUp(backlash);
     ASSERT_TRUE(compile(kTwoToolProgram));
     goOnline();
     ASSERT_NE(emu, nullptr);
-    EmptySpindle();
+    gintCurrentTool = gintNextTool = 0;
+    gblnToolInserted = gblnToolInMachine = false;
 }
 
 void StreamWorld::postEsc()
@@ -183,18 +159,4 @@ void UnloadForms()
     for (auto it = forms.rbegin(); it != forms.rend(); ++it)
         Unload(*it);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-std::vector<int> StreamWorld::frameSizes() const
-{
-    std::vector<int> sizes;
-    if (!emu)
-        return sizes;
-    const QByteArray &w = emu->written();
-    for (qsizetype i = 0; i < w.size();) {
-        const int len = static_cast<uint8_t>(w.at(i));
-        sizes.push_back((len - 1) / 3);
-        i += len > 0 ? len : 1;
-    }
-    return sizes;
 }

@@ -25,7 +25,7 @@ struct StreamWorld : LinkWorld {
     std::vector<int> promptSteps;
     // What the operator does at each step shown: 0 Cancel, 1 Done. Default: Done.
     std::function<int(int step)> onPrompt;
-    // The message boxes, and the answer to each (default: the first button).
+    // The message boxes, and the answer to each; 0 (or no onBox) answers the first button.
     std::vector<BoxSeen> seen;
     std::function<int16_t(const BoxSeen &)> onBox;
     // Screens the run went back to.
@@ -43,8 +43,11 @@ struct StreamWorld : LinkWorld {
     StreamWorld();
     ~StreamWorld();
 
-    // Store values and tools 1 and 2 (End mill 6 mm, 3 mm), then the settings read.
-    void setUp(int16_t backlash = 0, float rapid = 500.0f);
+    // Store values (rapid 500 mm/min) and tools 1 and 2 (End mill 6 mm, Ball end 3 mm), then
+    // the settings read.
+    void setUp(int16_t backlash = 0);
+    // Writes an NC file into the world's folder and returns its path.
+    QString writeFile(const QString &name, const QByteArray &text) { return WriteFile(dir.path() + u'/' + name, text); }
     // Writes and compiles an NC program; true when an analysed file was made.
     bool compile(const QByteArray &text);
     // setUp, kTwoToolProgram compiled, online, the first tool going into an empty spindle.
@@ -53,8 +56,6 @@ struct StreamWorld : LinkWorld {
     void run();
     // The operator hits Esc on the main window (posted: it arrives on the next pump).
     static void postEsc();
-    // The frames the controller was sent, as record counts (spindle frames included).
-    std::vector<int> frameSizes() const;
 
 private:
     QTimer m_watch;
@@ -62,9 +63,6 @@ private:
     int64_t m_stepsAtOpen = -1;
     void watchPrompt();
 };
-
-// The first tool goes into an empty spindle.
-void EmptySpindle();
 
 // Unloads every form, newest first, and lets Qt delete them.
 void UnloadForms();

@@ -1,24 +1,20 @@
 // The whole road of a part, driven as an operator drives it: the main menu, Mill a part,
 // the file, the tool offsets, the analysis, every task on the manual screen with keys held,
 // Start, the run with its tool-change prompts, the end prompts, Repeat Part, the second
-// part, Fresh Start. The controller is the emulator on the fake clock.
+// part, New Part, Fresh Start. The controller is the emulator on the fake clock.
 #include "guide/wizard_world.h"
 
-#include "core/frm_splash.h"
-#include "guide/frm_mill.h"
 #include "guide/setmill.h"
 #include "link/keyboard_panel.h"
 #include "link/stream.h"
 #include "nc/analysed.h"
+#include "nc/commands.h"
 #include "nc/ncxdump.h"
-#include "tools/toolgrid.h"
 #include "tools/tooltable.h"
 
-#include <QTableWidget>
-
 #include <QFile>
-#include <QGroupBox>
 #include <QLabel>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTextEdit>
 
@@ -27,37 +23,14 @@
 namespace {
 
 const QByteArray kArcsAndToolChange =
-    "%\r\n"
-    "* Bracket: arcs and a tool change\r\n"
-    "* Billet length 40\r\n"
-    "* Billet width 30\r\n"
-    "* Billet depth 10\r\n"
-    "N10 T1\r\n"
-    "N20 S1000\r\n"
-    "N30 G0 X5 Y5 Z1\r\n"
-    "N40 G1 Z-0.3 F100\r\n"
-    "N50 G2 X10 Y10 I5 J0 F150\r\n"
-    "N60 G2 X15 Y5 I0 J-5\r\n"
-    "N70 G3 X20 Y5 I2.5 J0\r\n"
-    "N80 G0 Z1\r\n"
-    "N90 T2\r\n"
-    "N100 S2000\r\n"
-    "N110 G0 X2 Y2\r\n"
-    "N120 G1 Z-0.2 F100\r\n"
-    "N130 G1 X6 Y3 F150\r\n"
-    "N140 G0 Z2\r\n";
+    "%\r\n* Bracket: arcs and a tool change\r\n* Billet length 40\r\n* Billet width 30\r\n* Billet depth 10\r\n"
+    "N10 T1\r\nN20 S1000\r\nN30 G0 X5 Y5 Z1\r\nN40 G1 Z-0.3 F100\r\nN50 G2 X10 Y10 I5 J0 F150\r\n"
+    "N60 G2 X15 Y5 I0 J-5\r\nN70 G3 X20 Y5 I2.5 J0\r\nN80 G0 Z1\r\nN90 T2\r\nN100 S2000\r\nN110 G0 X2 Y2\r\n"
+    "N120 G1 Z-0.2 F100\r\nN130 G1 X6 Y3 F150\r\nN140 G0 Z2\r\n";
 
 const QByteArray kEndsOnTool =
-    "%\r\n"
-    "* Ends on a tool\r\n"
-    "N10 T1\r\n"
-    "N20 S1000\r\n"
-    "N30 G0 X2 Y2 Z1\r\n"
-    "N40 G1 Z-0.2 F100\r\n"
-    "N50 G1 X4 Y3 F150\r\n"
-    "N60 G0 Z1\r\n"
-    "N70 T2\r\n"
-    "N80 S1500\r\n";
+    "%\r\n* Ends on a tool\r\nN10 T1\r\nN20 S1000\r\nN30 G0 X2 Y2 Z1\r\nN40 G1 Z-0.2 F100\r\nN50 G1 X4 Y3 F150\r\n"
+    "N60 G0 Z1\r\nN70 T2\r\nN80 S1500\r\n";
 
 // The records of the frames sent from byte `from` on, as (axis bits, timer) of the
 // records that move an axis (a step's timer is never 0; the spindle's records have 0).
@@ -94,11 +67,9 @@ std::vector<std::array<uint8_t, 3>> AnalysedMoves()
     return moves;
 }
 
-class WizardRoad : public ::testing::TestWithParam<const QByteArray *> {};
-
-} // namespace
-
-TEST_P(WizardRoad, MenuToTwoPartsAndAFreshStart)
+// Menu to two parts, a new part and a fresh start with `program`, which changes its tool in
+// the middle when `toolChange`.
+void Road(const QByteArray &program, bool toolChange)
 {
     WizardWorld w;
     w.setUp();
@@ -108,18 +79,20 @@ TEST_P(WizardRoad, MenuToTwoPartsAndAFreshStart)
     ASSERT_NE(w.emu, nullptr);
     const ControllerEmulator &c = w.emu->controller();
     // Main menu -> Mill a part -> Next -> the file.
-    w.toMill(*GetParam());
+    w.toMill(program);
     ASSERT_EQ(gintMode, 3);
-    EXPECT_EQ(w.title(), QStringLiteral("Step 1: Choose an NC file"));
     w.nav(3);
-    EXPECT_EQ(w.dialogTitles, QStringList{QStringLiteral("Select file to be milled")});
-    ASSERT_EQ(gintSetStep, 1) << w.seen.size();
-    EXPECT_EQ(w.f->windowTitle(), QStringLiteral("Brantok for the Emco F1 Mill - ") + w.chosenFile);
-    EXPECT_EQ(gintToolRows, 2);
+    ASSERT_EQ(gintSetStep, 1);
+    EXPECT_TRUE(w.page().startsWith(QStringLiteral("Safety: are the Tool Offset Measurements correct?")));
     // Yes -> the analysis -> the billet.
     w.nav(3);
     ASSERT_EQ(gintSetStep, 2);
     ASSERT_TRUE(QFile::exists(gstrAnalysedFile));
+    EXPECT_TRUE(cmdSetPreview()->isVisibleTo(w.f->picHeader));   // analysed: the preview is offered
+    // The safety line, and the billet's size from the header, left out when the file gives none.
+    const QString size = toolChange ? QStringLiteral(" 40mm x 30mm x 10mm") : QString();
+    EXPECT_TRUE(w.page().contains(QStringLiteral("\n1) safety of hands: remove any cutter from the head;\n") +
+                                  QStringLiteral("2) secure a billet") + size + QStringLiteral(" to the mill table")));
     const auto analysed = AnalysedMoves();
     w.nav(3);   // step 3: the task "secure the billet", no spindle
     ASSERT_EQ(gintMode, 2);
@@ -128,12 +101,12 @@ TEST_P(WizardRoad, MenuToTwoPartsAndAFreshStart)
     EXPECT_EQ(gintCurrentTool, 1);
     EXPECT_EQ(gsngOriginToolOffset, 1.5f);
     // Z, X, Y: touch each face with the cutter, then raise it.
-    const std::pair<int, const char *> touches[] = {{VK_NEXT, "CutterTop"}, {VK_RIGHT, "CutterSide"}, {VK_UP, "CutterFront"}};
+    const std::pair<int, const char *> touches[] = {
+        {VK_NEXT, "CutterTop"}, {VK_RIGHT, "CutterSide"}, {VK_UP, "CutterFront"}};
     int64_t origin[3] = {0, 0, 0};
     for (int axis = 0; axis < 3; ++axis) {
         w.nav(3);
         ASSERT_EQ(gintMode, 2);
-        EXPECT_FALSE(w.f->picKeyboard->imgCutter->isHidden());
         EXPECT_EQ(w.f->picKeyboard->imgCutter->pixmap().toImage(),
                   ilsCutter(QString::fromLatin1(touches[axis].second)).toImage());
         EXPECT_FALSE(w.f->picKeyboard->picSpindleStart->isHidden());
@@ -150,21 +123,37 @@ TEST_P(WizardRoad, MenuToTwoPartsAndAFreshStart)
     w.task({VK_PRIOR, VK_NUMPAD9}, 300);
     ASSERT_EQ(gintSetStep, 7);
 
+    // At the tool change the machining panel marks the next line to run and shows the progress.
+    PicMachining *panel = w.f->picMachining;
+    QStringList marked;
+    w.onPrompt = [&](int step) {
+        const auto lines = panel->rtbMillCode->extraSelections();
+        if (step == 0 && !lines.isEmpty())
+            marked << lines.first().cursor.selectedText() + u' ' + QString::number(panel->pgbMillProg->value());
+        return 1;
+    };
+    // Where the machine stands from the origins, and where the PC counts it.
+    auto fromOrigin = [&] {
+        return std::array<int64_t, 3>{c.posX() - origin[0], c.posY() - origin[1], c.posZ() - origin[2]};
+    };
+    auto counted = [] { return std::array<int64_t, 3>{glngPosX, glngPosY, glngPosZ}; };
     auto runPart = [&](int part) {
         const qsizetype from = w.emu->written().size();
         w.promptTags.clear();
+        marked.clear();
         w.nav(4);   // Start
         ASSERT_EQ(gintMode, 6) << part;
         w.runStarted();
         ASSERT_EQ(gintMode, 8) << part;
         EXPECT_TRUE(gblnMillDone) << part;
         // The tool change in the middle asks for the change; a T at the very end asks nothing.
-        EXPECT_EQ(w.promptTags.contains(QStringLiteral("0")), GetParam() == &kArcsAndToolChange) << part;
+        EXPECT_EQ(w.promptTags.contains(QStringLiteral("0")), toolChange) << part;
         EXPECT_EQ(w.promptTags.back(), QStringLiteral("5")) << part;          // the end
+        EXPECT_EQ(marked, toolChange ? QStringList{"N110 G0 X2 Y2 79"} : QStringList()) << part;
+        EXPECT_EQ(panel->pgbMillProg->value(), 100) << part;
+        EXPECT_EQ(panel->rtbMillCode->toPlainText().split(u'\n').size(), glngCommandCount) << part;
         // The machine ran what the PC counted, and after the lead-in exactly the program.
-        EXPECT_EQ(c.posX() - origin[0], glngPosX) << part;
-        EXPECT_EQ(c.posY() - origin[1], glngPosY) << part;
-        EXPECT_EQ(c.posZ() - origin[2], glngPosZ) << part;
+        EXPECT_EQ(fromOrigin(), counted()) << part;
         EXPECT_EQ(c.droppedSteps(), 0) << part;
         const auto sent = SentMoves(w.emu->written(), from);
         ASSERT_GE(sent.size(), analysed.size()) << part;
@@ -178,19 +167,44 @@ TEST_P(WizardRoad, MenuToTwoPartsAndAFreshStart)
     w.f->picMethod->cmdMethodRepeat->click();
     EXPECT_TRUE(gblnRepeatPart);
     ASSERT_EQ(gintSetStep, 2);
-    EXPECT_FALSE(w.f->picHeader->isHidden());
     EXPECT_EQ(w.f->picHeader->rtbHeader->toPlainText(), QString(gstrHeader).remove(u'\r'));
     w.nav(3);
     EXPECT_EQ(w.title(), QStringLiteral("Step 4: Insert the Cutting Tool"));
-    EXPECT_TRUE(w.f->picKeyboard->rtbTask->toPlainText().contains(
-        QStringLiteral("2) Secure billet in exactly the same position as previous billet.")));
+    EXPECT_TRUE(w.f->picKeyboard->rtbTask->toPlainText().startsWith(
+        QStringLiteral("1) safety: remove any cutter;\n"
+                       "2) Secure billet in exactly the same position as previous billet.")));
     w.task();
     w.nav(3);
     ASSERT_EQ(gintSetStep, 7);
     EXPECT_EQ(gsngOriginToolOffset, zReference);
     runPart(2);
 
-    // Fresh Start: a new file, billet and origins.
+    // New Part: the file again, no billet, the tool task, straight to step 8 with the origins
+    // kept. Back from there works on the origins: a fresh run, Start off until step 8 again.
+    w.f->picMethod->cmdMethodNew->click();
+    w.nav(3);
+    w.nav(3);
+    ASSERT_EQ(gintSetStep, 2);
+    EXPECT_TRUE(w.f->picSetMill->cmdExplain->isHidden());   // retained: no billet button
+    w.nav(3);
+    w.task({}, 0, true);   // left by Esc, yet done: the first task after an entry, as designed
+    w.nav(3);
+    ASSERT_EQ(gintSetStep, 7);
+    EXPECT_EQ(fromOrigin(), counted());
+    EXPECT_EQ(gsngOriginToolOffset, zReference);
+    w.nav(2);
+    EXPECT_FALSE(gblnNewPart || gblnRepeatPart);
+    EXPECT_FALSE(w.f->picSetMill->cmdSetNav[4]->isEnabled());
+    w.nav(3);
+    EXPECT_TRUE(w.f->picKeyboard->rtbTask->toPlainText().startsWith(QStringLiteral("Raise the cutter")));
+    w.task();
+    EXPECT_EQ(gintSetStep, 7);
+
+    // Cancel on the choice: the menu. Fresh Start: a new file, billet and origins.
+    ShowMethod();
+    w.f->picMethod->cmdMethodCancel->click();
+    EXPECT_EQ(gintMode, 1);
+    ShowMethod();
     w.f->picMethod->cmdMethodNorm->click();
     EXPECT_FALSE(gblnRepeatPart || gblnNewPart);
     EXPECT_EQ(gintMode, 3);
@@ -198,4 +212,8 @@ TEST_P(WizardRoad, MenuToTwoPartsAndAFreshStart)
     EXPECT_TRUE(gblnSetupWizard);
 }
 
-INSTANTIATE_TEST_SUITE_P(Programs, WizardRoad, ::testing::Values(&kArcsAndToolChange, &kEndsOnTool));
+} // namespace
+
+TEST(WizardRoad, ArcsAndAToolChange) { Road(kArcsAndToolChange, true); }
+
+TEST(WizardRoad, EndingOnATool) { Road(kEndsOnTool, false); }

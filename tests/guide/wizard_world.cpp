@@ -9,7 +9,6 @@
 #include "link/machining_screen.h"
 #include "link/stream.h"
 
-#include <QFile>
 #include <QLabel>
 #include <QPushButton>
 #include <QTextEdit>
@@ -39,15 +38,6 @@ WizardWorld::~WizardWorld()
     frmSplash()->tmrKeyControl->stop();
     ResetKeyControl();
     UnloadForms();
-}
-
-QString WizardWorld::writeFile(const QString &name, const QByteArray &text)
-{
-    const QString path = dir.path() + u'/' + name;
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly))
-        file.write(text);
-    return path;
 }
 
 void WizardWorld::toMill(const QByteArray &program)

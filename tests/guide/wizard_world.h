@@ -20,8 +20,6 @@ struct WizardWorld : StreamWorld {
     WizardWorld();
     ~WizardWorld();
 
-    // Writes an NC file into the world's folder and returns its path.
-    QString writeFile(const QString &name, const QByteArray &text);
     // From the main menu into Mill a part, the file dialog to answer with `program` written
     // to part.brx (Cancel when empty).
     void toMill(const QByteArray &program = {});
