@@ -83,7 +83,7 @@ TEST_F(Start, MainReadsTheSettingsLoadsTheFormsAndArmsTheFirstTick)
     // The first tick: the main window up, the splash hidden, the menu 10 ms later.
     tmrShow_Timer();
     EXPECT_TRUE(frmMain()->isVisible() && !frmSplash()->isVisible());
-    PumpEventsUntil([] { return gintMode == 1; });
+    PumpUntil([] { return gintMode == 1; });
     EXPECT_EQ(gintMode, 1);
 }
 

@@ -12,11 +12,9 @@
 #include "tools/tooltable.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 
 inline void UnloadEveryForm()
@@ -31,15 +29,6 @@ inline void UnloadEveryForm()
 inline QString StoredText(const char *name, const char *absent = "absent")
 {
     return strRegistryValueGet(QString::fromLatin1(name), QString::fromLatin1(absent));
-}
-
-// Lets events run until `done` holds, for 5 s at most.
-inline void PumpEventsUntil(const std::function<bool()> &done)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!done() && t.elapsed() < 5000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
 }
 
 class UiTest : public ::testing::Test {

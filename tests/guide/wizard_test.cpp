@@ -10,7 +10,6 @@
 #include "tools/tooltable.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QProgressBar>
 #include <QPushButton>
@@ -112,10 +111,7 @@ TEST(WizardFlow, AnUnknownOffsetBarsStepTwoExceptThroughGetOffsets)
     EXPECT_TRUE(w.page().startsWith(QStringLiteral("WARNING: at least one required tool has an unknown offset.")));
     w.nav(0);
     EXPECT_FALSE(gblnSetupWizard);
-    QElapsedTimer t;   // tmrGetOffset: 100 ms of real time, then the offset wizard
-    t.start();
-    while (gintMode != 7 && t.elapsed() < 2000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    PumpUntil([] { return gintMode == 7; });   // tmrGetOffset: 100 ms of real time, then the offset wizard
     EXPECT_EQ(gintMode, 7);
 }
 

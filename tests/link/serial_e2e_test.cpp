@@ -5,19 +5,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-bool PumpUntil(const std::function<bool()> &done)
-{
-    QElapsedTimer t;
-    t.start();
-    while (!done() && t.elapsed() < 3000)
-        DoEvents();
-    return done();
-}
-
-} // namespace
-
 TEST(SerialEndToEnd, StreamSpindleAndDoorThroughAPseudoTerminal)
 {
     EmulatorProcess emu;

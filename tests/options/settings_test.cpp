@@ -98,7 +98,7 @@ TEST_F(Settings, PasswordSetOnThePageThenProvedOnALaterVisit)
     s->show();
     s->SelectTab(2);
     s->SelectTab(4);
-    PumpEventsUntil([] { return !frmSettings()->tmrPassword->isActive(); });
+    PumpUntil([] { return !frmSettings()->tmrPassword->isActive(); });
     // A confirmation that differs: the boxes empty, nothing set.
     s->txtPass[0]->setText(QStringLiteral("Ab1"));
     s->txtPass[1]->setText(QStringLiteral("ab1"));
@@ -145,13 +145,13 @@ TEST_F(Settings, ThePasswordPageAsksAndCancelGoesBackAndEmptyBoxesRemoveIt)
     {
         PasswordTyper op({QStringLiteral("Cancel")});
         s->SelectTab(4);
-        PumpEventsUntil([s] { return s->intTabCurrent == 3 && !frmPassLoaded(); });
+        PumpUntil([s] { return s->intTabCurrent == 3 && !frmPassLoaded(); });
     }
     EXPECT_EQ(s->intTabCurrent, 3);
     {
         PasswordTyper op({QStringLiteral("k")});
         s->SelectTab(4);
-        PumpEventsUntil([s] { return !frmPassLoaded() && !s->tmrPassword->isActive(); });
+        PumpUntil([s] { return !frmPassLoaded() && !s->tmrPassword->isActive(); });
     }
     EXPECT_EQ(s->intTabCurrent, 4);
     // Both boxes empty: removal, asked first.

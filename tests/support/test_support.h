@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -73,6 +74,9 @@ private:
 // (empty when it can't be read).
 QString WriteFile(const QString &path, const QByteArray &bytes);
 QByteArray ReadFileBytes(const QString &path);
+
+// Lets events run until `done` holds, for `ms` of real time at most; whether it held.
+bool PumpUntil(const std::function<bool()> &done, int ms = 5000);
 
 // The expected trap report of a fault, for comparisons.
 QString ExpectedTrap(const char *module, const char *procedure, int number, const QString &description);
