@@ -44,13 +44,6 @@ void SetTools(const std::vector<TestTool> &tools)
     }
 }
 
-QString TrapReport(const std::function<void()> &f)
-{
-    TrapRecorder trap;
-    EXPECT_THROW(f(), TrapEnded);
-    return trap.fired() ? trap.report() : QString();
-}
-
 StepCapture::StepCapture()
 {
     gintAnalysedFile = FreeFile();

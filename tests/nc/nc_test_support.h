@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <ostream>
 #include <vector>
 
@@ -34,9 +33,6 @@ protected:
 };
 // Replaces the tool table (end mills).
 void SetTools(const std::vector<TestTool> &tools);
-
-// Runs `f`, which must end in the trap; the report it gave (empty when it did not).
-QString TrapReport(const std::function<void()> &f);
 
 // A small linear congruential generator: the same numbers on every machine.
 struct Lcg {

@@ -82,6 +82,13 @@ bool PumpUntil(const std::function<bool()> &done, int ms)
     return done();
 }
 
+QString TrapReport(const std::function<void()> &f)
+{
+    TrapRecorder trap;
+    EXPECT_THROW(f(), TrapEnded);
+    return trap.fired() ? trap.report() : QString();
+}
+
 QString ExpectedTrap(const char *module, const char *procedure, int number, const QString &description)
 {
     return TrapReport(QString::fromLatin1(module), QString::fromLatin1(procedure), number, description);

@@ -78,6 +78,9 @@ QByteArray ReadFileBytes(const QString &path);
 // Lets events run until `done` holds, for `ms` of real time at most; whether it held.
 bool PumpUntil(const std::function<bool()> &done, int ms = 5000);
 
+// Runs `f`, which must end in the trap; the report it gave (empty when it did not).
+QString TrapReport(const std::function<void()> &f);
+
 // The expected trap report of a fault, for comparisons.
 QString ExpectedTrap(const char *module, const char *procedure, int number, const QString &description);
 
